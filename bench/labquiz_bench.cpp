@@ -1,0 +1,258 @@
+// Prints the program's speed and memory figures beside their floors:
+//   reading a task bank of one million records against plain line splitting,
+//   RandomBetween draws per second,
+//   time and peak memory from process start to the start page shown, against
+//   an empty Qt main window shown the same way.
+// Usage: labquiz_bench [--records N] [--runs N]
+
+#include "app/StartUp.h"
+#include "session/LegacyText.h"
+#include "session/RandomSource.h"
+#include "session/TaskBank.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMainWindow>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QWindow>
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+long peakRssKiB() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const QList<QByteArray> lines = status.readAll().split('\n');
+    for (const QByteArray& line : lines)
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').first().toLong();
+    return -1;
+}
+
+// A bank with `records` records in all, spread evenly over the nine sections.
+QByteArray generateBank(int records) {
+    const int per = records / 9;
+    QByteArray out;
+    out.reserve(qsizetype(records) * 40);
+    const char* mark = "\xE6\xE6\r\n";
+    for (int s = 0; s < 9; ++s) {
+        out += "Abschnitt\r\nKommentar\r\n#\r\n";
+        for (int i = 1; i <= per; ++i) {
+            if (i == per / 2)
+                out += mark;
+            const QByteArray n = QByteArray::number(i);
+            switch (s) {
+            case 0:
+                out += "Element" + n + "*Alt" + n + "\r\nE" + n + "\r\n";
+                break;
+            case 1:
+                out += n + "\r\nsilbe*syllabe\r\n";
+                break;
+            case 2:
+                out += "Stoff Nummer " + n + "\r\n" + n + ".5\r\nH2SO4\r\n";
+                break;
+            case 3:
+                out += "Begriff " + n + "\r\nDie Definition des Begriffs Nummer " + n + "\r\n";
+                break;
+            case 4:
+                out += "Ion " + n + "\r\n" + QByteArray::number(i % 7 - 3) + "\r\n";
+                break;
+            case 5:
+                out += "Aussage Nummer " + n + " ist wahr oder falsch\r\nJ\r\n";
+                break;
+            case 6:
+                out += "@2H2+@1O2=@2H2O\r\n";
+                break;
+            case 7:
+                out += "NaCl*ClNa\r\nNa^+*Cl^-\r\nNatriumchlorid|Kochsalz\r\n";
+                break;
+            default:
+                out += "Wie viel mol sind " + n + " g Wasser?\r\n0.5\r\n";
+                break;
+            }
+        }
+        out += "@\r\n";
+    }
+    return out;
+}
+
+double median(std::vector<double> v) {
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+// Child mode: show the window and report once it is on screen.
+int showAndReport(bool program, const QStringList& args) {
+    QElapsedTimer sinceMain;
+    sinceMain.start();
+    int argc = 1;
+    char name[] = "labquiz_bench";
+    char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    QWidget* window = nullptr;
+    if (program) {
+        window = StartUp(args);
+        if (!window)
+            return 2;
+    } else {
+        auto* main = new QMainWindow;
+        main->resize(1080, 800);
+        main->show();
+        window = main;
+    }
+    while (!window->windowHandle() || !window->windowHandle()->isExposed())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    window->repaint();
+    QCoreApplication::processEvents();
+    std::printf("shown %lld %ld\n", static_cast<long long>(sinceMain.nsecsElapsed()), peakRssKiB());
+    std::fflush(stdout);
+    return 0;
+}
+
+struct StartFigures {
+    double ms;
+    long rssKiB;
+};
+
+StartFigures measureStart(const QString& self, const QString& mode, const QString& dataDir,
+                          int runs) {
+    std::vector<double> times;
+    long rss = 0;
+    for (int r = 0; r < runs; ++r) {
+        QProcess child;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.insert(QStringLiteral("LABQUIZ_DATA"), dataDir);
+        child.setProcessEnvironment(env);
+        QElapsedTimer t;
+        t.start();
+        child.start(self, {mode, QStringLiteral("/NEW")});
+        QByteArray out;
+        while (!out.contains('\n') && child.waitForReadyRead(30000))
+            out += child.readAllStandardOutput();
+        const double ms = t.nsecsElapsed() / 1e6;
+        child.waitForFinished(30000);
+        const QList<QByteArray> parts = out.trimmed().split(' ');
+        if (parts.size() == 3 && parts[0] == "shown") {
+            times.push_back(ms);
+            rss = std::max(rss, parts[2].toLong());
+        }
+    }
+    return {times.empty() ? -1 : median(times), rss};
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc >= 2 &&
+        (qstrcmp(argv[1], "--child-program") == 0 || qstrcmp(argv[1], "--child-empty") == 0)) {
+        QStringList args;
+        for (int i = 0; i < argc; ++i)
+            args << QString::fromLocal8Bit(argv[i]);
+        return showAndReport(qstrcmp(argv[1], "--child-program") == 0, args);
+    }
+    QCoreApplication app(argc, argv);
+    int records = 1'000'000;
+    int runs = 5;
+    const QStringList args = app.arguments();
+    for (int i = 1; i + 1 < args.size(); ++i) {
+        if (args[i] == QLatin1String("--records"))
+            records = args[i + 1].toInt();
+        if (args[i] == QLatin1String("--runs"))
+            runs = std::max(1, args[i + 1].toInt());
+    }
+
+    QTemporaryDir dir;
+    const QString bankPath = dir.filePath(QStringLiteral("bank.dat"));
+    {
+        QFile f(bankPath);
+        f.open(QIODevice::WriteOnly);
+        f.write(generateBank(records));
+    }
+    const double mib = QFile(bankPath).size() / (1024.0 * 1024.0);
+
+    std::vector<double> floorMs, readerMs;
+    qsizetype lines = 0;
+    int loaded = 0;
+    for (int r = 0; r < runs; ++r) {
+        QElapsedTimer t;
+        t.start();
+        {
+            QFile f(bankPath);
+            f.open(QIODevice::ReadOnly);
+            const QString text = LegacyText::decode(f.readAll());
+            const QStringList split = text.split(QStringLiteral("\r\n"));
+            lines = split.size();
+        }
+        floorMs.push_back(t.nsecsElapsed() / 1e6);
+        t.restart();
+        {
+            const TaskBank bank = TaskBank::LoadTaskBank(bankPath);
+            loaded = 0;
+            for (int s = 0; s < TaskBank::SectionCount; ++s)
+                loaded += bank.count(TaskBank::Section(s));
+        }
+        readerMs.push_back(t.nsecsElapsed() / 1e6);
+    }
+
+    ClockRandomSource source;
+    const int draws = 2'000'000;
+    QElapsedTimer t;
+    t.start();
+    long long sum = 0;
+    for (int i = 0; i < draws; ++i)
+        sum += RandomBetween(source, 118, 1, 2, 3, 4, 5, 6);
+    const double drawSeconds = t.nsecsElapsed() / 1e9;
+
+    QTemporaryDir data;
+    const QString self = QCoreApplication::applicationFilePath();
+    const StartFigures empty =
+        measureStart(self, QStringLiteral("--child-empty"), data.path(), runs);
+    const StartFigures program =
+        measureStart(self, QStringLiteral("--child-program"), data.path(), runs);
+
+    QTextStream out(stdout);
+    out << "Laborix Test benchmark (median of " << runs << " runs)\n\n";
+    out << QStringLiteral("%1 %2 %3 %4\n")
+               .arg(QStringLiteral("measure"), -44)
+               .arg(QStringLiteral("program"), 14)
+               .arg(QStringLiteral("floor"), 14)
+               .arg(QStringLiteral("ratio"), 8);
+    auto row = [&](const QString& what, double a, double b, const QString& unit, double ratio) {
+        out << QStringLiteral("%1 %2 %3 %4\n")
+                   .arg(what, -44)
+                   .arg(QString::number(a, 'f', 1) + u' ' + unit, 14)
+                   .arg(QString::number(b, 'f', 1) + u' ' + unit, 14)
+                   .arg(QString::number(ratio, 'f', 2), 8);
+    };
+    const double fm = median(floorMs), rm = median(readerMs);
+    row(QStringLiteral("read %1 records (%2 MiB), LoadTaskBank vs split")
+            .arg(loaded)
+            .arg(mib, 0, 'f', 1),
+        rm, fm, QStringLiteral("ms"), fm / rm);
+    out << QStringLiteral("  reader rate %1 MiB/s, line splitting %2 MiB/s (%3 lines); target: "
+                          "reader >= 0.5 x floor rate\n")
+               .arg(mib / (rm / 1000), 0, 'f', 1)
+               .arg(mib / (fm / 1000), 0, 'f', 1)
+               .arg(lines);
+    out << QStringLiteral("%1 %2\n")
+               .arg(QStringLiteral("RandomBetween draws per second (max 118, 6 excl.)"), -44)
+               .arg(QString::number(draws / drawSeconds / 1e6, 'f', 2) + QStringLiteral(" M/s"),
+                    14);
+    row(QStringLiteral("process start to start page shown"), program.ms, empty.ms,
+        QStringLiteral("ms"), program.ms / empty.ms);
+    out << "  target: start page within 1.3 x the empty window's time\n";
+    row(QStringLiteral("peak memory (VmHWM) when shown"), program.rssKiB / 1024.0,
+        empty.rssKiB / 1024.0, QStringLiteral("MiB"),
+        double(program.rssKiB) / double(empty.rssKiB));
+    out << "  target: within 1.2 x the empty window's memory\n";
+    out << "(checksum " << sum % 1000 << ")\n";
+    return 0;
+}

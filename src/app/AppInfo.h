@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/CommandLine.h"
+#include "session/NamesFile.h"
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+class QLockFile;
+class QWidget;
+
+// The application-information object: who the program is, where its data
+// folder lies, the names of earlier candidates and the remembered level, the
+// session log, and the program's own notices.
+class AppInfo final {
+public:
+    static constexpr const char* kProductName = "Laborix Test";
+    static constexpr const char* kShortName = "LabQuiz";
+    static constexpr const char* kVersion = "3.0";
+    static constexpr const char* kReleaseDate = "28.03.2006";
+    static constexpr const char* kLogName = "laborix.log";
+
+    AppInfo(CommandLine commandLine, QProcessEnvironment environment);
+    ~AppInfo();
+
+    const CommandLine& commandLine() const { return m_commandLine; }
+
+    // The data folder, ending in a separator: LABQUIZ_DATA, else with -DEV
+    // the developer folder (LABQUIZ_DEV_DIR, else the source tree's data/),
+    // else the per-user application data folder.
+    static QString resolveDataFolder(const CommandLine& commandLine,
+                                     const QProcessEnvironment& environment);
+    QString dataFolder() const { return m_dataFolder; }
+    QString developerFolder() const;
+    QString namesPath() const { return m_dataFolder + QStringLiteral("names.ini"); }
+    QString taskBankPath() const { return m_dataFolder + QStringLiteral("labquiz.dat"); }
+    QString elementsPath() const { return m_dataFolder + QStringLiteral("elements.dat"); }
+    QString logPath() const { return m_dataFolder + QLatin1String(kLogName); }
+
+    // Creates the folder and copies the compiled-in data files that are
+    // missing there. Returns a German problem text, empty when all is well.
+    QString prepareDataFolder();
+
+    // One instance per data folder. False when another one holds the folder.
+    bool claimInstance();
+    // With "/NEW" the predecessor may still hold the lock while it ends;
+    // the successor keeps trying to take it over.
+    bool holdsInstance() const;
+
+    NamesFile& names() { return m_names; }
+    bool addName(const QString& name);
+    bool removeName(const QString& name);
+    int difficulty() const { return m_names.difficulty(); }
+    void setDifficulty(int level);
+
+    // Appends one line to the session log.
+    void log(const QString& line);
+    void logStart(const QString& record, const QString& name);
+    void endSession();
+
+    void showInfo(QWidget* parent) const;
+    void message(QWidget* parent, const QString& text) const;
+
+private:
+    CommandLine m_commandLine;
+    QProcessEnvironment m_environment;
+    QString m_dataFolder;
+    NamesFile m_names;
+    std::unique_ptr<QLockFile> m_lock;
+    bool m_sessionEnded = false;
+};

@@ -1,0 +1,242 @@
+#include "app/AppMain.h"
+
+#include "app/AppInfo.h"
+#include "app/AppSplash.h"
+#include "controls/FadeBar.h"
+#include "controls/GradeMark.h"
+#include "controls/Look.h"
+#include "controls/Mascot.h"
+#include "controls/NoticeBox.h"
+#include "controls/PraisePanel.h"
+#include "pages/PageSet.h"
+#include "session/StartPage.h"
+#include "session/TestFlow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QProcess>
+#include <QResizeEvent>
+
+AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
+    setObjectName(QStringLiteral("frm_AppMain"));
+    setWindowTitle(QLatin1String(AppInfo::kProductName));
+    m_launcher = [](const QString& program, const QStringList& arguments) {
+        return QProcess::startDetached(program, arguments);
+    };
+    m_exiter = [] {
+        QApplication::closeAllWindows();
+        QCoreApplication::exit(0);
+    };
+    buildBars();
+    buildMenus();
+    setMinimumSize(kHolderWidth + 16, kHolderHeight + kHeaderHeight + kFooterHeight + 40);
+    resize(kHolderWidth + 120, kHolderHeight + kHeaderHeight + kFooterHeight + 90);
+}
+
+AppMain::~AppMain() = default;
+
+void AppMain::buildBars() {
+    m_central = new QWidget(this);
+    m_central->setObjectName(QStringLiteral("MainArea"));
+    setCentralWidget(m_central);
+    m_central->installEventFilter(this);
+
+    m_header = new FadeBar(FadeBar::Kind::Header, m_central);
+    m_header->setObjectName(QStringLiteral("bar_Splash"));
+    m_header->setFixedSize(kHolderWidth, kHeaderHeight);
+    auto* headerRow = new QHBoxLayout(m_header);
+    headerRow->setContentsMargins(16, 4, 18, 4);
+    auto* mascot = new Mascot(m_header);
+    mascot->setFixedSize(46, 54);
+    headerRow->addWidget(mascot);
+    auto* nameBox = new QWidget(m_header);
+    auto* nameCol = new QVBoxLayout(nameBox);
+    nameCol->setContentsMargins(6, 0, 0, 0);
+    nameCol->setSpacing(0);
+    auto* appName = new QLabel(QLatin1String(AppInfo::kProductName), nameBox);
+    appName->setProperty("role", QStringLiteral("appName"));
+    auto* appSub = new QLabel(QStringLiteral("Selbsttest Chemie"), nameBox);
+    appSub->setProperty("role", QStringLiteral("appSub"));
+    nameCol->addWidget(appName);
+    nameCol->addWidget(appSub);
+    headerRow->addWidget(nameBox);
+    headerRow->addStretch(1);
+    m_streber = new QLabel(QStringLiteral("Strebermodus"), m_header);
+    m_streber->setObjectName(QStringLiteral("Streberstufe"));
+    m_streber->hide();
+    headerRow->addWidget(m_streber);
+
+    m_holder = new QWidget(m_central);
+    m_holder->setObjectName(QStringLiteral("bar_Holder"));
+    m_holder->setAttribute(Qt::WA_StyledBackground, true);
+    m_holder->setFixedSize(kHolderWidth, kHolderHeight);
+
+    m_footer = new FadeBar(FadeBar::Kind::Footer, m_central);
+    m_footer->setObjectName(QStringLiteral("bar_Sep"));
+    m_footer->setFixedSize(kHolderWidth, kFooterHeight);
+    auto* footerRow = new QHBoxLayout(m_footer);
+    footerRow->setContentsMargins(18, 6, 18, 6);
+    footerRow->setSpacing(8);
+    auto addCounter = [&](const QString& caption, const QString& name) {
+        footerRow->addWidget(new QLabel(caption, m_footer));
+        auto* value = new QLabel(QStringLiteral(" 0"), m_footer);
+        value->setObjectName(name);
+        value->setProperty("role", QStringLiteral("counter"));
+        value->setMinimumWidth(36);
+        footerRow->addWidget(value);
+        footerRow->addSpacing(18);
+        return value;
+    };
+    QLabel* tasks = addCounter(QStringLiteral("Aufgaben bisher:"), QStringLiteral("Aufgabenanz"));
+    QLabel* correct = addCounter(QStringLiteral("davon richtig:"), QStringLiteral("RichtigAnz"));
+    footerRow->addStretch(1);
+    footerRow->addWidget(new QLabel(QStringLiteral("Aktueller Notenstand:"), m_footer));
+    auto* mark = new GradeMark(m_footer);
+    footerRow->addWidget(mark);
+
+    m_flow = new TestFlow(m_holder, this);
+    m_flow->setScoreBoard(tasks, correct, mark);
+    auto* praise = new PraisePanel(m_holder);
+    m_flow->setPraisePanel(praise);
+}
+
+void AppMain::buildMenus() {
+    QMenu* program = menuBar()->addMenu(QStringLiteral("&Programm"));
+    program->setObjectName(QStringLiteral("mnu_File"));
+    QAction* fileNew = program->addAction(QStringLiteral("&Neuer Test"));
+    fileNew->setObjectName(QStringLiteral("mnu_FileNew"));
+    connect(fileNew, &QAction::triggered, this, &AppMain::mnu_FileNew_Click);
+    QAction* quit = program->addAction(QStringLiteral("&Beenden"));
+    quit->setObjectName(QStringLiteral("M_P_ENDE"));
+    connect(quit, &QAction::triggered, this, &AppMain::M_P_ENDE_Click);
+
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Hilfe"));
+    help->setObjectName(QStringLiteral("mnu_Help"));
+    QAction* table = help->addAction(QStringLiteral("Perioden&system"));
+    table->setObjectName(QStringLiteral("M_H_P2"));
+    table->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F1));
+    connect(table, &QAction::triggered, this, &AppMain::M_H_P2_Click);
+    QAction* calc = help->addAction(QStringLiteral("&Taschenrechner"));
+    calc->setObjectName(QStringLiteral("mnu_HelpCalc"));
+    calc->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F2));
+    connect(calc, &QAction::triggered, this, &AppMain::mnu_HelpCalc_Click);
+    QAction* about = help->addAction(QStringLiteral("&Info"));
+    about->setObjectName(QStringLiteral("M_H_INFO"));
+    about->setShortcut(QKeySequence(Qt::Key_F1));
+    connect(about, &QAction::triggered, this, &AppMain::M_H_INFO_Click);
+}
+
+bool AppMain::formLoad(AppSplash* splash) {
+    // 1. The periodic table reads its own file; its path is known from here on.
+    // 2. Pages, each with its button pair.
+    m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
+    m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });
+    PageSet::createTaskPages(*m_flow, m_holder);
+    m_startPage->setGeometry(0, 0, kHolderWidth, kHolderHeight);
+    m_startPage->show();
+
+    auto endLoading = [splash] {
+        if (splash)
+            splash->close();
+        while (QApplication::overrideCursor())
+            QApplication::restoreOverrideCursor();
+    };
+    // 3. One instance per data folder, unless this one was started as a new test.
+    if (!m_info.claimInstance() && !m_info.commandLine().hasNewSwitch()) {
+        endLoading();
+        m_info.message(nullptr,
+                       QStringLiteral("Der Laborixtest läuft bereits oder wird noch geladen."));
+        return false;
+    }
+    // 4. The developer folder becomes the working folder.
+    if (m_info.commandLine().hasDevSwitch())
+        QDir::setCurrent(m_info.dataFolder());
+    // 5. The task bank.
+    m_flow->setBank(TaskBank::LoadTaskBank(m_info.taskBankPath()), m_info.taskBankPath());
+    // 6. The remembered level.
+    if (m_info.difficulty() >= 0)
+        m_startPage->presetLevel(m_info.difficulty());
+    m_startPage->fillNames();
+    // 7.
+    endLoading();
+    return true;
+}
+
+QString AppMain::successorCommand() const {
+    const QFileInfo exe(QCoreApplication::applicationFilePath());
+    return CommandLine::successorCommand(QDir::toNativeSeparators(exe.absolutePath()),
+                                         exe.completeBaseName(), m_info.commandLine().text());
+}
+
+void AppMain::startNewTest() {
+    const auto launch =
+        CommandLine::launchFor(successorCommand(), QCoreApplication::applicationFilePath());
+    m_info.log(QStringLiteral("Neuer Test: ") + launch.program + u' ' +
+               launch.arguments.join(u' '));
+    m_info.endSession();
+    if (!m_launcher(launch.program, launch.arguments))
+        m_info.message(this, QStringLiteral("Der neue Test konnte nicht gestartet werden."));
+    m_quitting = true;
+    m_exiter();
+}
+
+void AppMain::mnu_FileNew_Click() {
+    if (NoticeBox::ask(this, QStringLiteral("Wirklich einen neuen Test beginnen?"),
+                       QStringLiteral("Neu?")))
+        startNewTest();
+}
+
+void AppMain::M_P_ENDE_Click() {
+    if (!NoticeBox::ask(this, QStringLiteral("Wollen Sie den Test wirklich verlassen?"),
+                        QStringLiteral("Ende?")))
+        return;
+    m_info.endSession();
+    m_quitting = true;
+    m_exiter();
+}
+
+void AppMain::M_H_INFO_Click() {
+    m_info.showInfo(this);
+}
+
+void AppMain::M_H_P2_Click() {
+    if (m_flow->state().isExpert()) {
+        m_info.message(this, QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
+        return;
+    }
+}
+
+void AppMain::mnu_HelpCalc_Click() {
+    if (m_flow->state().ExpertLevel == 1) {
+        m_info.message(this, QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
+        return;
+    }
+}
+
+void AppMain::closeEvent(QCloseEvent* event) {
+    m_info.endSession();
+    event->accept();
+}
+
+bool AppMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_central && event->type() == QEvent::Resize)
+        Form_Resize();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void AppMain::Form_Resize() {
+    const int w = m_central->width();
+    const int h = m_central->height();
+    const int left = (w - m_holder->width()) / 2;
+    const int top = (h - m_holder->height()) / 2;
+    m_holder->move(left, top);
+    m_header->move(left, top - m_header->height());
+    m_footer->move(left, top + m_holder->height());
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+class AppInfo;
+class AppSplash;
+class QAction;
+class QLabel;
+class FadeBar;
+class GradeMark;
+class StartPage;
+class TestFlow;
+
+// frm_AppMain: the one main window. It owns the page card with all pages,
+// the header and status strips around it, and the menus; the test itself is
+// run by its TestFlow.
+class AppMain final : public QMainWindow {
+    Q_OBJECT
+public:
+    static constexpr int kHolderWidth = 960;
+    static constexpr int kHolderHeight = 600;
+    static constexpr int kHeaderHeight = 64;
+    static constexpr int kFooterHeight = 56;
+
+    explicit AppMain(AppInfo& info);
+    ~AppMain() override;
+
+    // The load sequence of the main window. False when this instance must
+    // end because another one runs.
+    bool formLoad(AppSplash* splash);
+
+    TestFlow& flow() { return *m_flow; }
+    StartPage* startPage() const { return m_startPage; }
+    AppInfo& info() { return m_info; }
+
+    // How a successor is started and how this instance ends; tests replace both.
+    using Launcher = std::function<bool(const QString& program, const QStringList& arguments)>;
+    void setLauncher(Launcher launcher) { m_launcher = std::move(launcher); }
+    void setExiter(std::function<void()> exiter) { m_exiter = std::move(exiter); }
+    QString successorCommand() const;
+
+    // Menu commands.
+    void mnu_FileNew_Click();
+    void M_P_ENDE_Click();
+    void M_H_INFO_Click();
+    void M_H_P2_Click();
+    void mnu_HelpCalc_Click();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildBars();
+    void Form_Resize();
+    void startNewTest();
+
+    AppInfo& m_info;
+    TestFlow* m_flow = nullptr;
+    QWidget* m_central = nullptr;
+    FadeBar* m_header = nullptr;
+    QWidget* m_holder = nullptr;
+    FadeBar* m_footer = nullptr;
+    StartPage* m_startPage = nullptr;
+    QLabel* m_streber = nullptr;
+    Launcher m_launcher;
+    std::function<void()> m_exiter;
+    bool m_quitting = false;
+};

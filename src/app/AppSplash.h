@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QWidget>
+
+// frm_AppSplash: shown while the main window loads.
+class AppSplash final : public QWidget {
+    Q_OBJECT
+public:
+    AppSplash();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};

@@ -1,0 +1,52 @@
+#include "app/StartUp.h"
+
+#include "app/AppInfo.h"
+#include "app/AppMain.h"
+#include "app/AppSplash.h"
+#include "controls/Look.h"
+
+#include <QApplication>
+#include <QProcessEnvironment>
+
+namespace {
+
+// The main window owns its AppInfo through this holder so that both end
+// together when the window is deleted.
+class AppMainWithInfo final : public QObject {
+public:
+    AppMainWithInfo(QObject* parent, std::unique_ptr<AppInfo> info)
+        : QObject(parent), m_info(std::move(info)) {}
+
+private:
+    std::unique_ptr<AppInfo> m_info;
+};
+
+} // namespace
+
+QWidget* StartUp(const QStringList& commandLine) {
+    if (qApp)
+        qApp->setStyleSheet(Look::styleSheet());
+    // Arguments after the program's own name form the command line.
+    QStringList arguments = commandLine;
+    if (!arguments.isEmpty())
+        arguments.removeFirst();
+
+    auto splash = std::make_unique<AppSplash>();
+    splash->show();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+
+    auto info =
+        std::make_unique<AppInfo>(CommandLine(arguments), QProcessEnvironment::systemEnvironment());
+    const QString problem = info->prepareDataFolder();
+
+    auto* main = new AppMain(*info);
+    if (!main->formLoad(splash.get())) {
+        delete main;
+        return nullptr;
+    }
+    new AppMainWithInfo(main, std::move(info));
+    main->show();
+    if (!problem.isEmpty())
+        main->info().message(main, problem);
+    return main;
+}

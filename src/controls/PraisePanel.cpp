@@ -1,0 +1,17 @@
+#include "controls/PraisePanel.h"
+
+#include <QMouseEvent>
+
+PraisePanel::PraisePanel(QWidget* parent) : QLabel(QStringLiteral("Wow!"), parent) {
+    setObjectName(QStringLiteral("lab_Correct"));
+    setAlignment(Qt::AlignCenter);
+    setCursor(Qt::PointingHandCursor);
+    setToolTip(QStringLiteral("Alles richtig! Zum Schließen anklicken."));
+    adjustSize();
+    hide();
+}
+
+void PraisePanel::mousePressEvent(QMouseEvent* event) {
+    hide();
+    event->accept();
+}

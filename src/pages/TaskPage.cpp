@@ -1,0 +1,237 @@
+#include "pages/TaskPage.h"
+
+#include "controls/Look.h"
+#include "pages/Marking.h"
+#include "session/TestFlow.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+// Moves the focus on Enter without swallowing the key.
+class EnterMover final : public QObject {
+public:
+    EnterMover(QObject* parent, QWidget* target) : QObject(parent), m_target(target) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress) {
+            const auto key = static_cast<QKeyEvent*>(event)->key();
+            if ((key == Qt::Key_Return || key == Qt::Key_Enter) && m_target &&
+                m_target->isVisible())
+                m_target->setFocus(Qt::OtherFocusReason);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QWidget* m_target;
+};
+
+} // namespace
+
+TaskPage::TaskPage(TestFlow& flow, int pageNumber, int buttonNumber, QWidget* parent)
+    : QWidget(parent), m_flow(flow), m_pageNumber(pageNumber), m_buttonNumber(buttonNumber) {
+    setObjectName(QStringLiteral("Seite(%1)").arg(pageNumber));
+    setProperty("taskPage", true);
+    setAttribute(Qt::WA_StyledBackground, true);
+    setAutoFillBackground(true);
+
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(0);
+    m_title = makeLabel(QString(), "pageTitle");
+    outer->addWidget(m_title);
+
+    auto* inner = new QVBoxLayout;
+    inner->setContentsMargins(28, 10, 28, 18);
+    inner->setSpacing(10);
+    m_hint = makeLabel(QString(), "hint");
+    m_hint->setWordWrap(true);
+    inner->addWidget(m_hint);
+
+    m_body = new QWidget(this);
+    m_grid = new QGridLayout(m_body);
+    m_grid->setContentsMargins(0, 8, 0, 0);
+    m_grid->setHorizontalSpacing(14);
+    m_grid->setVerticalSpacing(10);
+    inner->addWidget(m_body);
+
+    m_notice = makeLabel(QString(), "notice");
+    m_notice->setWordWrap(true);
+    m_notice->setObjectName(QStringLiteral("BankNotice(%1)").arg(pageNumber));
+    m_notice->hide();
+    inner->addWidget(m_notice);
+    inner->addStretch(1);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    const QString pair = QStringLiteral("OKS%1").arg(buttonNumber);
+    m_ok = new QPushButton(QStringLiteral("&OK"), this);
+    m_ok->setObjectName(pair + QStringLiteral("(0)"));
+    m_next = new QPushButton(QStringLiteral("&Weiter"), this);
+    m_next->setObjectName(pair + QStringLiteral("(1)"));
+    m_next->hide();
+    buttons->addWidget(m_ok);
+    buttons->addWidget(m_next);
+    inner->addLayout(buttons);
+    outer->addLayout(inner, 1);
+
+    connect(m_ok, &QPushButton::clicked, this, &TaskPage::check);
+    connect(m_next, &QPushButton::clicked, this, &TaskPage::goOn);
+    hide();
+}
+
+SessionState& TaskPage::state() {
+    return m_flow.state();
+}
+const TaskBank& TaskPage::bank() const {
+    return m_flow.bank();
+}
+bool TaskPage::expert() const {
+    return m_flow.state().isExpert();
+}
+
+void TaskPage::setHeading(const QString& title, const QString& hint) {
+    m_title->setText(title);
+    m_hint->setText(hint);
+    m_hint->setVisible(!hint.isEmpty());
+}
+
+QLabel* TaskPage::makeLabel(const QString& text, const char* role) {
+    auto* label = new QLabel(text, this);
+    label->setTextFormat(Qt::PlainText);
+    if (role)
+        label->setProperty("role", QString::fromLatin1(role));
+    return label;
+}
+
+QLabel* TaskPage::makeNamed(const QString& name, const char* role) {
+    QLabel* label = makeLabel(QString(), role);
+    label->setObjectName(name);
+    return label;
+}
+
+QLineEdit* TaskPage::makeInput(const QString& name) {
+    auto* edit = new QLineEdit(this);
+    edit->setObjectName(name);
+    return edit;
+}
+
+void TaskPage::chainEnter(const QList<QWidget*>& fields, const std::function<int(int)>& next) {
+    for (int i = 0; i < fields.size(); ++i) {
+        const int to = next(i);
+        if (to >= 0 && to < fields.size())
+            fields[i]->installEventFilter(new EnterMover(fields[i], fields[to]));
+    }
+}
+
+QString TaskPage::bankNotice() const {
+    return m_notice->isVisible() ? m_notice->text() : QString();
+}
+
+QString TaskPage::bankProblem() const {
+    const TaskBank& b = m_flow.bank();
+    QStringList problems;
+    for (const Need& need : needs()) {
+        const int available =
+            need.allRecords ? b.count(need.section) : b.usableCount(need.section, expert());
+        if (available >= need.entries)
+            continue;
+        const QString where = (need.allRecords || expert())
+                                  ? QStringLiteral("insgesamt")
+                                  : QStringLiteral("für die normale Stufe");
+        problems << QStringLiteral("Der Abschnitt %1 „%2“ (%3) der Datei labquiz.dat enthält %4 "
+                                   "nur %5 %6; diese Seite braucht mindestens %7.")
+                        .arg(int(need.section) + 1)
+                        .arg(TaskBank::sectionTitle(need.section),
+                             TaskBank::sectionName(need.section), where)
+                        .arg(available)
+                        .arg(available == 1 ? QStringLiteral("Eintrag")
+                                            : QStringLiteral("Einträge"))
+                        .arg(need.entries);
+    }
+    const QString extra = extraBankProblem();
+    if (!extra.isEmpty())
+        problems << extra;
+    if (problems.isEmpty())
+        return {};
+    QString text = QStringLiteral("Diese Seite kann nicht gestellt werden.\n\n");
+    if (!b.fileRead)
+        text +=
+            QStringLiteral("Die Datei labquiz.dat wurde nicht gefunden oder konnte nicht gelesen "
+                           "werden (%1).\n\n")
+                .arg(m_flow.bankPath());
+    text += problems.join(u'\n');
+    text += QStringLiteral("\n\nGrundeinträge für die normale Stufe stehen vor der Zeile „ææ“. "
+                           "Mit „Weiter“ geht der Test weiter.");
+    return text;
+}
+
+QList<int> TaskPage::drawDistinct(TaskBank::Section section, int count, bool allRecords) {
+    const TaskBank& b = m_flow.bank();
+    const int max = allRecords ? b.count(section) : b.usableCount(section, expert());
+    QList<int> drawn;
+    int ex[6] = {0, 0, 0, 0, 0, 0};
+    for (int k = 0; k < count; ++k) {
+        const int n = m_flow.RandomBetween(max, ex[0], ex[1], ex[2], ex[3], ex[4], ex[5]);
+        drawn.append(n);
+        if (k < 6)
+            ex[k] = n;
+    }
+    return drawn;
+}
+
+void TaskPage::generate() {
+    reset();
+    for (QWidget* w : {static_cast<QWidget*>(m_ok), static_cast<QWidget*>(m_next)})
+        w->setEnabled(true);
+    const QString problem = bankProblem();
+    if (!problem.isEmpty()) {
+        m_body->hide();
+        m_notice->setText(problem);
+        m_notice->show();
+        m_ok->hide();
+        m_next->show();
+        m_next->setFocus();
+        m_checked = true;
+        return;
+    }
+    m_notice->hide();
+    m_body->show();
+    m_ok->show();
+    m_next->hide();
+    m_checked = false;
+    draw();
+}
+
+void TaskPage::check() {
+    if (m_checked)
+        return;
+    m_checked = true;
+    Marking marking(state(), taskCount());
+    const bool praise = judge(marking);
+    if (praise) {
+        m_flow.PlayJingle(QString::fromLatin1(TestFlow::kJingle));
+        m_flow.ShowPraise(m_buttonNumber);
+    }
+    m_ok->hide();
+    m_next->show();
+    m_next->setFocus();
+    m_flow.UpdateScore();
+}
+
+void TaskPage::goOn() {
+    const int next = TestFlow::nextPageAfter(m_pageNumber);
+    if (next < 0)
+        m_flow.finishTest();
+    else
+        m_flow.ShowPage(next);
+}

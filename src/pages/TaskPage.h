@@ -1,0 +1,97 @@
+#pragma once
+
+#include "session/TaskBank.h"
+
+#include <QList>
+#include <QString>
+#include <QWidget>
+#include <functional>
+
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class Marking;
+class TestFlow;
+struct SessionState;
+
+// What every task page has: a title bar, a hint, a grid of tasks, and the
+// button pair "&OK" (checks once) / "&Weiter" (goes on). A page draws its
+// tasks when it slides in and judges them when "&OK" is pressed; the frame
+// around that (counting, colours, praise, score) lives here so that each
+// page only says what to draw and how to judge.
+class TaskPage : public QWidget {
+    Q_OBJECT
+public:
+    // pageNumber: the container number (Seite(n)); buttonNumber: the number
+    // in the name of the page's button pair (OKS<n>).
+    TaskPage(TestFlow& flow, int pageNumber, int buttonNumber, QWidget* parent);
+
+    int pageNumber() const { return m_pageNumber; }
+    int buttonNumber() const { return m_buttonNumber; }
+    QPushButton* okButton() const { return m_ok; }
+    QPushButton* nextButton() const { return m_next; }
+    bool isChecked() const { return m_checked; }
+    // The notice shown instead of the tasks when the bank cannot serve the page.
+    QString bankNotice() const;
+
+    // Draws the page afresh (GenerateTest's block for this page).
+    void generate();
+    // "&OK": marks the page once.
+    void check();
+    // "&Weiter".
+    void goOn();
+
+protected:
+    // What the page draws from the bank: distinct entries of a section.
+    struct Need {
+        TaskBank::Section section;
+        int entries;
+        bool allRecords = false; // draws from all records at either level
+    };
+
+    virtual QList<Need> needs() const = 0;
+    virtual int taskCount() const = 0;
+    // Clears the fields and marks of an earlier draw.
+    virtual void reset() {}
+    // Draws the tasks; called only when the bank can serve the page.
+    virtual void draw() = 0;
+    // Judges the answers; returns true when the page earns the praise.
+    virtual bool judge(Marking& marking) = 0;
+    // Further reasons why the bank cannot serve the page; empty when it can.
+    virtual QString extraBankProblem() const { return {}; }
+
+    TestFlow& flow() { return m_flow; }
+    const TestFlow& flow() const { return m_flow; }
+    SessionState& state();
+    const TaskBank& bank() const;
+    bool expert() const;
+
+    // Draws count pairwise distinct record numbers of a section by the level
+    // rule, each draw excluding the earlier ones (at most six are excluded,
+    // as RandomBetween takes six).
+    QList<int> drawDistinct(TaskBank::Section section, int count, bool allRecords = false);
+
+    void setHeading(const QString& title, const QString& hint);
+    QGridLayout* grid() const { return m_grid; }
+    QLabel* makeLabel(const QString& text, const char* role = nullptr);
+    QLabel* makeNamed(const QString& name, const char* role = nullptr);
+    QLineEdit* makeInput(const QString& name);
+    // Enter in fields[i] moves the focus to fields[next(i)].
+    void chainEnter(const QList<QWidget*>& fields, const std::function<int(int)>& next);
+
+private:
+    QString bankProblem() const;
+
+    TestFlow& m_flow;
+    int m_pageNumber;
+    int m_buttonNumber;
+    bool m_checked = false;
+    QLabel* m_title;
+    QLabel* m_hint;
+    QWidget* m_body;
+    QGridLayout* m_grid;
+    QLabel* m_notice;
+    QPushButton* m_ok;
+    QPushButton* m_next;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <array>
+
+// What one run of the test remembers between pages. A new test is a new
+// process, so nothing here is ever reset by the pages.
+struct SessionState {
+    static constexpr int kAnswerSlots = 31;
+
+    int TasksSoFar = 0;
+    int CorrectSoFar = 0;
+    QString RunningGrade = QStringLiteral("6");
+    int ExpertLevel = 0; // index of the chosen level option; anything but 0 is expert
+    QString CandidateName;
+    QString TestDate; // mm-dd-yyyy
+    QString StartTime;
+    QString EndTime;
+    // Expected answers of the page on show; each page overwrites its slots.
+    std::array<QString, kAnswerSlots> DrawnAnswers;
+    int PreviousPage = 0;
+
+    bool isExpert() const { return ExpertLevel != 0; }
+};

@@ -1,0 +1,109 @@
+#include "session/TextRules.h"
+
+#include <QtTest>
+
+class TestTextRules : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void readsLeadingNumbers_data();
+    void readsLeadingNumbers();
+    void parseDecimalChangesCallersText();
+    void parseDecimalReadsAnswers_data();
+    void parseDecimalReadsAnswers();
+    void canonicalAndStrip();
+    void writesNumbersAsTheOldRuntime();
+};
+
+void TestTextRules::readsLeadingNumbers_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("value");
+    QTest::newRow("plain") << "58.4" << 58.4;
+    QTest::newRow("comma stops") << "58,4" << 58.0;
+    QTest::newRow("blanks around") << "  12  " << 12.0;
+    QTest::newRow("blanks inside") << "1 000" << 1000.0;
+    QTest::newRow("sign blank") << "- 3" << -3.0;
+    QTest::newRow("plus") << "+7" << 7.0;
+    QTest::newRow("point first") << ".5" << 0.5;
+    QTest::newRow("exponent") << "5E-1" << 0.5;
+    QTest::newRow("small exponent") << "1e2" << 100.0;
+    QTest::newRow("exponent without digits") << "1E" << 1.0;
+    QTest::newRow("exponent sign only") << "2E+x" << 2.0;
+    QTest::newRow("fraction stops") << "1/2" << 1.0;
+    QTest::newRow("unit after") << "2x" << 2.0;
+    QTest::newRow("second point stops") << "1.5.3" << 1.5;
+    QTest::newRow("empty") << "" << 0.0;
+    QTest::newRow("sign only") << "-" << 0.0;
+    QTest::newRow("letters") << "abc" << 0.0;
+    QTest::newRow("exponent alone") << "E5" << 0.0;
+    QTest::newRow("tab and newline") << "\t3\n" << 3.0;
+    QTest::newRow("huge") << "1e400" << HUGE_VAL;
+}
+
+void TestTextRules::readsLeadingNumbers() {
+    QFETCH(QString, text);
+    QFETCH(double, value);
+    QCOMPARE(LeadingValue(text), value);
+}
+
+void TestTextRules::parseDecimalChangesCallersText() {
+    QString text = QStringLiteral("1,5e3");
+    QCOMPARE(ParseDecimal(text), 1500.0f);
+    QCOMPARE(text, QStringLiteral("1.5E3"));
+    QString unit = QStringLiteral("58,4 g");
+    QCOMPARE(ParseDecimal(unit), 58.4f);
+    QCOMPARE(unit, QStringLiteral("58.4 g"));
+}
+
+void TestTextRules::parseDecimalReadsAnswers_data() {
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<bool>("equal");
+    QTest::newRow("comma") << "0,5"
+                           << "0.5" << true;
+    QTest::newRow("trailing zero and blanks") << "  0.50 "
+                                              << "0.5" << true;
+    QTest::newRow("exponent") << "5E-1"
+                              << "0.5" << true;
+    QTest::newRow("leading point") << ".5"
+                                   << "0.5" << true;
+    QTest::newRow("fraction") << "1/2"
+                              << "0.5" << false;
+    QTest::newRow("over precise") << "58.44"
+                                  << "58.4" << false;
+    QTest::newRow("beyond single precision") << "0.1000000001"
+                                             << "0.1" << true;
+    QTest::newRow("stored with blank") << "58,4"
+                                       << " 58.4" << true;
+}
+
+void TestTextRules::parseDecimalReadsAnswers() {
+    QFETCH(QString, answer);
+    QFETCH(QString, stored);
+    QFETCH(bool, equal);
+    QString a = CanonicalText(answer);
+    QString b = CanonicalText(stored);
+    QCOMPARE(ParseDecimal(a) == ParseDecimal(b), equal);
+}
+
+void TestTextRules::canonicalAndStrip() {
+    QCOMPARE(CanonicalText(u"  natrium  "), QStringLiteral("NATRIUM"));
+    QCOMPARE(CanonicalText(u"\tx "), QStringLiteral("\tX")); // only blanks are cut
+    QCOMPARE(
+        StripBlanks(QStringLiteral("@2 H2 + @1 O2") + QChar(u'\0') + QStringLiteral("= @2H2O")),
+        QStringLiteral("@2H2+@1O2=@2H2O"));
+    QCOMPARE(TrimRightBlanks(u"Na   ").toString(), QStringLiteral("Na"));
+    QCOMPARE(TrimBlanks(u"   ").toString(), QString());
+}
+
+void TestTextRules::writesNumbersAsTheOldRuntime() {
+    QCOMPARE(NumberWithSignSpace(12), QStringLiteral(" 12"));
+    QCOMPARE(NumberWithSignSpace(0), QStringLiteral(" 0"));
+    QCOMPARE(NumberWithSignSpace(-3), QStringLiteral("-3"));
+    QCOMPARE(SingleToText(58.4f), QStringLiteral(" 58.4"));
+    QCOMPARE(SingleToText(180.2f), QStringLiteral(" 180.2"));
+    QCOMPARE(SingleToText(-0.25f), QStringLiteral("-0.25"));
+    QCOMPARE(SingleToText(1234567.0f), QStringLiteral(" 1234567"));
+}
+
+QTEST_APPLESS_MAIN(TestTextRules)
+#include "test_text_rules.moc"

@@ -36,6 +36,9 @@ AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     };
     buildBars();
     buildMenus();
+    // The result form comes between the last page and the new-test question
+    // once it exists; until then the test ends with the question itself.
+    connect(m_flow, &TestFlow::testFinished, this, &AppMain::mnu_FileNew_Click);
     setMinimumSize(kHolderWidth + 16, kHolderHeight + kHeaderHeight + kFooterHeight + 40);
     resize(kHolderWidth + 120, kHolderHeight + kHeaderHeight + kFooterHeight + 90);
 }

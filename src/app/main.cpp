@@ -7,7 +7,6 @@ int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("LabQuiz"));
     QApplication::setOrganizationName(QStringLiteral("Laborix"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Laborix Test"));
     QWidget* main = StartUp(QApplication::arguments());
     if (!main)
         return 0;

@@ -1,0 +1,325 @@
+#include "TestSupport.h"
+#include "app/AppInfo.h"
+#include "app/AppMain.h"
+#include "app/CommandLine.h"
+#include "app/StartUp.h"
+#include "pages/TaskPage.h"
+#include "session/StartPage.h"
+#include "session/TestFlow.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestApp : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void startsOnShippedBankWithMenusAndPages();
+    void refusesSecondInstanceUnlessNew();
+    void formsTheSuccessorCommand();
+    void newTestStartsSuccessorAndQuitAsks();
+    void slidesThroughTheTestOrder();
+    void missingBankShowsNoticeAndGoesOn();
+    void normalLevelWithoutBasicEntriesDoesNotHang();
+    void resizeKeepsCardCentred();
+    void infoAndExpertRefusals();
+
+private:
+    AppMain* start(const QStringList& args = {QStringLiteral("labquiz")});
+    void startTest(AppMain* main, const QString& name);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QList<QPointer<QWidget>> m_windows;
+};
+
+void TestApp::init() {
+    m_dir = std::make_unique<QTemporaryDir>();
+    qputenv("LABQUIZ_DATA", m_dir->path().toLocal8Bit());
+}
+
+void TestApp::cleanup() {
+    for (const QPointer<QWidget>& w : m_windows)
+        delete w.data();
+    m_windows.clear();
+    m_dir.reset();
+}
+
+AppMain* TestApp::start(const QStringList& args) {
+    auto* main = qobject_cast<AppMain*>(StartUp(args));
+    if (main) {
+        m_windows << main;
+        main->flow().setSlideStepMs(0);
+        main->setLauncher([](const QString&, const QStringList&) { return true; });
+        main->setExiter([] {});
+    }
+    return main;
+}
+
+void TestApp::startTest(AppMain* main, const QString& name) {
+    auto* field = main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"));
+    QVERIFY(field);
+    field->setText(name);
+    main->findChild<QPushButton*>(QStringLiteral("OkS0"))->click();
+}
+
+void TestApp::startsOnShippedBankWithMenusAndPages() {
+    AppMain* main = start();
+    QVERIFY(main);
+    QCOMPARE(main->objectName(), QStringLiteral("frm_AppMain"));
+    QVERIFY(QFile::exists(m_dir->filePath(QStringLiteral("labquiz.dat"))));
+    QVERIFY(QFile::exists(m_dir->filePath(QStringLiteral("elements.dat"))));
+    // The seeded copy is editable by the teacher.
+    QVERIFY(QFileInfo(m_dir->filePath(QStringLiteral("labquiz.dat"))).isWritable());
+    QVERIFY(main->flow().bank().ElementNames.count() >= 6);
+
+    const struct {
+        const char* name;
+        const char* text;
+        QKeySequence keys;
+    } actions[] = {{"mnu_FileNew", "&Neuer Test", {}},
+                   {"M_P_ENDE", "&Beenden", {}},
+                   {"M_H_P2", "Perioden&system", QKeySequence(Qt::CTRL | Qt::Key_F1)},
+                   {"mnu_HelpCalc", "&Taschenrechner", QKeySequence(Qt::CTRL | Qt::Key_F2)},
+                   {"M_H_INFO", "&Info", QKeySequence(Qt::Key_F1)}};
+    for (const auto& a : actions) {
+        auto* action = main->findChild<QAction*>(QString::fromLatin1(a.name));
+        QVERIFY2(action, a.name);
+        QCOMPARE(action->text(), QString::fromUtf8(a.text));
+        QCOMPARE(action->shortcut(), a.keys);
+    }
+    for (int n = 0; n <= 12; ++n) {
+        QWidget* page = main->findChild<QWidget*>(QStringLiteral("Seite(%1)").arg(n));
+        QCOMPARE(page != nullptr, n != 7 && n != 10);
+    }
+    const int buttons[] = {1, 2, 3, 4, 5, 6, 7, 8, 11, 12};
+    for (int b : buttons) {
+        auto* ok = main->findChild<QPushButton*>(QStringLiteral("OKS%1(0)").arg(b));
+        auto* next = main->findChild<QPushButton*>(QStringLiteral("OKS%1(1)").arg(b));
+        QVERIFY(ok && next);
+        QCOMPARE(ok->text(), QStringLiteral("&OK"));
+        QCOMPARE(next->text(), QStringLiteral("&Weiter"));
+    }
+    QVERIFY(main->findChild<QWidget*>(QStringLiteral("Seite(0)"))->isVisible());
+    QCOMPARE(main->findChild<QLabel*>(QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 0"));
+}
+
+void TestApp::refusesSecondInstanceUnlessNew() {
+    AppMain* first = start();
+    QVERIFY(first);
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        QVERIFY(!start());
+        QVERIFY(answer.seen());
+        QCOMPARE(answer.text(),
+                 QStringLiteral("Der Laborixtest läuft bereits oder wird noch geladen."));
+    }
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        QVERIFY(!start({QStringLiteral("labquiz"), QStringLiteral("/new")})); // case counts
+    }
+    AppMain* successor = start({QStringLiteral("labquiz"), QStringLiteral("/NEW")});
+    QVERIFY(successor);
+    // Once the first one has gone, a plain start works again.
+    delete first;
+    delete successor;
+    QVERIFY(start());
+}
+
+void TestApp::formsTheSuccessorCommand() {
+    QCOMPARE(CommandLine::successorCommand(QStringLiteral("/opt/lab"), QStringLiteral("labquiz"),
+                                           QStringLiteral("-DEV")),
+             QStringLiteral("\"/opt/lablabquiz\" /NEW-DEV"));
+    QCOMPARE(CommandLine::successorCommand(QStringLiteral("C:\\Prog"), QStringLiteral("labquiz"),
+                                           QString()),
+             QStringLiteral("\"C:\\Proglabquiz\" /NEW"));
+
+    const auto own = CommandLine::launchFor(QStringLiteral("\"/gibt/esnicht\" /NEW-DEV x"),
+                                            QStringLiteral("/usr/bin/labquiz"));
+    QCOMPARE(own.program, QStringLiteral("/usr/bin/labquiz"));
+    QCOMPARE(own.arguments, (QStringList{QStringLiteral("/NEW-DEV"), QStringLiteral("x")}));
+    QTemporaryDir dir;
+    const QString named = dir.filePath(QStringLiteral("prog"));
+    QVERIFY(writeFile(named, "x"));
+    QCOMPARE(
+        CommandLine::launchFor(u'"' + named + QStringLiteral("\" /NEW"), QStringLiteral("/own"))
+            .program,
+        named);
+
+    // Switches are searched in the whole line; repeated new tests pile up "/NEW".
+    CommandLine line({QStringLiteral("/NEW/NEW-dev")});
+    QVERIFY(line.hasNewSwitch());
+    QVERIFY(line.hasDevSwitch());
+    QVERIFY(!CommandLine({QStringLiteral("/new")}).hasNewSwitch());
+}
+
+void TestApp::newTestStartsSuccessorAndQuitAsks() {
+    AppMain* main = start({QStringLiteral("labquiz"), QStringLiteral("-dev")});
+    QVERIFY(main);
+    QString program;
+    QStringList arguments;
+    int exits = 0;
+    main->setLauncher([&](const QString& p, const QStringList& a) {
+        program = p;
+        arguments = a;
+        return true;
+    });
+    main->setExiter([&] { ++exits; });
+    {
+        ModalAnswer answer(QStringLiteral("Nein"));
+        main->mnu_FileNew_Click();
+        QCOMPARE(answer.title(), QStringLiteral("Neu?"));
+        QCOMPARE(answer.text(), QStringLiteral("Wirklich einen neuen Test beginnen?"));
+        QCOMPARE(answer.buttons(), (QStringList{QStringLiteral("Ja"), QStringLiteral("Nein")}));
+    }
+    QVERIFY(program.isEmpty());
+    QCOMPARE(exits, 0);
+    {
+        ModalAnswer answer(QStringLiteral("Ja"));
+        main->mnu_FileNew_Click();
+    }
+    QCOMPARE(program, QCoreApplication::applicationFilePath());
+    QCOMPARE(arguments, QStringList{QStringLiteral("/NEW-dev")});
+    QCOMPARE(exits, 1);
+    QVERIFY(main->successorCommand().endsWith(QStringLiteral("\" /NEW-dev")));
+
+    {
+        ModalAnswer answer(QStringLiteral("Nein"));
+        main->M_P_ENDE_Click();
+        QCOMPARE(answer.title(), QStringLiteral("Ende?"));
+        QCOMPARE(answer.text(), QStringLiteral("Wollen Sie den Test wirklich verlassen?"));
+    }
+    QCOMPARE(exits, 1);
+    {
+        ModalAnswer answer(QStringLiteral("Ja"));
+        main->M_P_ENDE_Click();
+    }
+    QCOMPARE(exits, 2);
+}
+
+void TestApp::slidesThroughTheTestOrder() {
+    AppMain* main = start();
+    QVERIFY(main);
+    QList<int> shown;
+    connect(&main->flow(), &TestFlow::pageShown, this, [&](int p) { shown << p; });
+    startTest(main, QStringLiteral("Anna"));
+    QCOMPARE(shown, QList<int>{1});
+    QCOMPARE(main->windowTitle(), QStringLiteral("Anna im LABORIX -TEST"));
+
+    const QList<int> order{1, 2, 11, 8, 12, 9, 3, 4, 5, 6};
+    for (int i = 0; i < order.size(); ++i) {
+        TaskPage* page = main->flow().taskPage(order[i]);
+        QVERIFY(page->isVisible());
+        QCOMPARE(page->pos(), QPoint(0, 0));
+        // Exactly one task page is on show.
+        for (int n : order)
+            QCOMPARE(main->flow().taskPage(n)->isVisible(), n == order[i]);
+        if (page->okButton()->isVisible())
+            page->okButton()->click();
+        QVERIFY(page->nextButton()->isVisible());
+        if (order[i] == 6) {
+            ModalAnswer answer(QStringLiteral("Nein"));
+            page->nextButton()->click();
+            QCOMPARE(answer.title(), QStringLiteral("Neu?"));
+        } else {
+            page->nextButton()->click();
+            QCOMPARE(main->flow().PreviousPage(), order[i]);
+        }
+    }
+    QCOMPARE(shown, order);
+    // The start page is never slid away; the task pages slide over it.
+    QVERIFY(main->findChild<QWidget*>(QStringLiteral("Seite(0)"))->isVisible());
+    QCOMPARE(main->flow().state().TasksSoFar, 6);
+}
+
+void TestApp::missingBankShowsNoticeAndGoesOn() {
+    QVERIFY(writeFile(m_dir->filePath(QStringLiteral("labquiz.dat")), QByteArray()));
+    AppMain* main = start();
+    QVERIFY(main);
+    startTest(main, QStringLiteral("Bob"));
+    TaskPage* page = main->flow().taskPage(1);
+    QVERIFY(page->isVisible());
+    const QString notice = page->bankNotice();
+    QVERIFY2(notice.contains(QStringLiteral("ElementNames")) &&
+                 notice.contains(QStringLiteral("mindestens 6")),
+             qPrintable(notice));
+    QVERIFY(!page->okButton()->isVisible());
+    page->nextButton()->click();
+    QVERIFY(main->flow().taskPage(2)->isVisible());
+    QCOMPARE(main->flow().state().TasksSoFar, 0);
+
+    // An unreadable file says so.
+    delete main;
+    QFile::remove(m_dir->filePath(QStringLiteral("labquiz.dat")));
+    QDir().mkdir(m_dir->filePath(QStringLiteral("labquiz.dat")));
+    main = start();
+    startTest(main, QStringLiteral("Bob"));
+    QVERIFY(main->flow().taskPage(1)->bankNotice().contains(QStringLiteral("nicht gefunden")));
+}
+
+void TestApp::normalLevelWithoutBasicEntriesDoesNotHang() {
+    QVERIFY(writeFile(m_dir->filePath(QStringLiteral("labquiz.dat")),
+                      cp1252Lines(syntheticBank(0, 8))));
+    AppMain* main = start();
+    QVERIFY(main);
+    startTest(main, QStringLiteral("Carla"));
+    TaskPage* page = main->flow().taskPage(1);
+    QVERIFY(page->bankNotice().contains(QStringLiteral("für die normale Stufe nur 0 Einträge")));
+    delete main;
+
+    AppMain* expert = start();
+    expert->findChild<QRadioButton*>(QStringLiteral("Expert(1)"))->click();
+    startTest(expert, QStringLiteral("Carla"));
+    QCOMPARE(expert->windowTitle(), QStringLiteral("Carla im LABORIX -TEST [1er Kandidat]"));
+    QVERIFY(expert->flow().taskPage(1)->bankNotice().isEmpty());
+    QVERIFY(expert->flow().taskPage(1)->okButton()->isVisible());
+}
+
+void TestApp::resizeKeepsCardCentred() {
+    AppMain* main = start();
+    main->resize(1500, 1100);
+    QCoreApplication::processEvents();
+    auto* holder = main->findChild<QWidget*>(QStringLiteral("bar_Holder"));
+    auto* header = main->findChild<QWidget*>(QStringLiteral("bar_Splash"));
+    auto* footer = main->findChild<QWidget*>(QStringLiteral("bar_Sep"));
+    QWidget* area = main->centralWidget();
+    QCOMPARE(holder->size(), QSize(AppMain::kHolderWidth, AppMain::kHolderHeight));
+    QCOMPARE(holder->x(), (area->width() - holder->width()) / 2);
+    QCOMPARE(holder->y(), (area->height() - holder->height()) / 2);
+    QCOMPARE(header->geometry().bottom() + 1, holder->y());
+    QCOMPARE(header->x(), holder->x());
+    QCOMPARE(header->width(), holder->width());
+    QCOMPARE(footer->y(), holder->y() + holder->height());
+    QCOMPARE(footer->x(), holder->x());
+}
+
+void TestApp::infoAndExpertRefusals() {
+    AppMain* main = start();
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        main->M_H_INFO_Click();
+        QVERIFY(answer.text().contains(QStringLiteral("Laborix Test")));
+        QVERIFY(answer.text().contains(QStringLiteral("3.0")));
+        QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
+    }
+    main->flow().state().ExpertLevel = 1;
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        main->M_H_P2_Click();
+        QCOMPARE(answer.text(),
+                 QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
+        QCOMPARE(answer.title(), QString());
+    }
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        main->mnu_HelpCalc_Click();
+        QCOMPARE(answer.text(), QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
+    }
+}
+
+QTEST_MAIN(TestApp)
+#include "test_app.moc"

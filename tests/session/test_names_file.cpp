@@ -1,0 +1,110 @@
+#include "TestSupport.h"
+#include "session/NamesFile.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestNamesFile : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void keepsOddNamesExactly();
+    void survivesHandEditedFiles();
+    void readsOtherEncodings();
+    void removingOneKeepsTheOthers();
+    void unwritableFolderKeepsOldFile();
+};
+
+void TestNamesFile::keepsOddNamesExactly() {
+    QTemporaryDir dir;
+    const QStringList odd{QStringLiteral("Jürgen Äßler"),     QStringLiteral("a=b"),
+                          QStringLiteral("[Namen]"),          QStringLiteral("x;y"),
+                          QStringLiteral("\"Zitat\" 'so'"),   QString(200, u'z'),
+                          QStringLiteral("  Anna  "),         QStringLiteral("back\\slash\\n"),
+                          QStringLiteral("DIFFICULTY=5"),     QStringLiteral("Name=Name"),
+                          QStringLiteral("; kein Kommentar"), QStringLiteral("tab\there"),
+                          QStringLiteral("€ und Œ"),          QStringLiteral("zeile\r\nzwei")};
+    NamesFile file(dir.filePath(QStringLiteral("names.ini")));
+    for (const QString& n : odd)
+        QVERIFY(file.addName(n));
+    QVERIFY(!file.addName(QStringLiteral("a=b"))); // no duplicates
+    file.setDifficulty(1);
+    QVERIFY(file.save());
+
+    NamesFile again(file.path());
+    QVERIFY(again.load());
+    QCOMPARE(again.names(), odd);
+    QCOMPARE(again.difficulty(), 1);
+}
+
+void TestNamesFile::survivesHandEditedFiles() {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("names.ini"));
+    QByteArray junk = "\x01\x02garbage\r\n[Einstellungen]\r\nDIFFICULTY=abc\r\n=\r\nName=\r\n"
+                      "[Namen]\r\nName=Anna\r\nBob\r\n\x7f\x03 bin\xc3\r\n   \r\nName=Carla=C\r\n"
+                      "[Anderes]\r\nirgendwas\r\nName=Dora\r\n";
+    QVERIFY(writeFile(path, junk));
+    NamesFile file(path);
+    QVERIFY(file.load());
+    QCOMPARE(file.names(), (QStringList{QStringLiteral("Anna"), QStringLiteral("Bob"),
+                                        QStringLiteral("Carla=C"), QStringLiteral("Dora")}));
+    QCOMPARE(file.difficulty(), -1);
+
+    // Random bytes never crash the reader.
+    for (int seed = 0; seed < 300; ++seed) {
+        QByteArray noise;
+        quint32 x = 2463534242u + seed;
+        for (int i = 0; i < 400; ++i) {
+            x ^= x << 13;
+            x ^= x >> 17;
+            x ^= x << 5;
+            noise.append(char(x & 0xFF));
+        }
+        QVERIFY(writeFile(path, noise));
+        NamesFile n(path);
+        n.load();
+        QVERIFY(n.names().size() < 400);
+    }
+}
+
+void TestNamesFile::readsOtherEncodings() {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("names.ini"));
+    const QString text = QStringLiteral("[Namen]\r\nName=Jürgen\r\nGöran\r\n");
+    QVERIFY(writeFile(path, LegacyText::encodeWindows1252(text)));
+    NamesFile cp(path);
+    cp.load();
+    QCOMPARE(cp.names(), (QStringList{QStringLiteral("Jürgen"), QStringLiteral("Göran")}));
+
+    QByteArray utf16("\xFF\xFE");
+    utf16.append(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+    QVERIFY(writeFile(path, utf16));
+    NamesFile u(path);
+    u.load();
+    QCOMPARE(u.names(), cp.names());
+}
+
+void TestNamesFile::removingOneKeepsTheOthers() {
+    QTemporaryDir dir;
+    NamesFile file(dir.filePath(QStringLiteral("names.ini")));
+    for (const char* n : {"Anna", "Bob", " Bob", "Carla"})
+        file.addName(QString::fromUtf8(n));
+    file.setDifficulty(0);
+    QVERIFY(file.save());
+    QVERIFY(file.removeName(QStringLiteral("Bob")));
+    QVERIFY(!file.removeName(QStringLiteral("Niemand")));
+    QVERIFY(file.save());
+    NamesFile again(file.path());
+    again.load();
+    QCOMPARE(again.names(), (QStringList{QStringLiteral("Anna"), QStringLiteral(" Bob"),
+                                         QStringLiteral("Carla")}));
+    QCOMPARE(again.difficulty(), 0);
+}
+
+void TestNamesFile::unwritableFolderKeepsOldFile() {
+    NamesFile file(QStringLiteral("/proc/kein/ordner/names.ini"));
+    file.addName(QStringLiteral("Anna"));
+    QVERIFY(!file.save());
+}
+
+QTEST_APPLESS_MAIN(TestNamesFile)
+#include "test_names_file.moc"

@@ -64,7 +64,7 @@ StartPage::StartPage(TestFlow& flow, AppInfo& info, QWidget* parent, QLabel* str
     m_list->setObjectName(QStringLiteral("Liste"));
     m_list->setStyleSheet(
         QStringLiteral("QListWidget { border: 1px solid #b0bec5; border-radius: 4px; "
-                       "font-size: 14px; }"));
+                       "font-size: 14px; } QListWidget::item { padding: 3px 4px; }"));
     listCaption->setBuddy(m_list);
     body->addWidget(m_list, 4, 0, 3, 1);
     m_delete = new QPushButton(QStringLiteral("Name &löschen"), this);
@@ -101,6 +101,21 @@ StartPage::StartPage(TestFlow& flow, AppInfo& info, QWidget* parent, QLabel* str
     m_melody->setStyleSheet(QStringLiteral("font-size: 14px; padding: 3px 6px;"));
     body->addWidget(m_melody, 5, 1, Qt::AlignTop);
 
+    auto* about = new QLabel(
+        QStringLiteral("So läuft der Test: Zehn Aufgabenseiten – von Elementsymbolen bis zu "
+                       "Verständnisfragen – werden zufällig gezogen. Jede Seite wird mit „OK“ "
+                       "einmal geprüft: Richtiges wird grün, Falsches rot markiert und berichtigt. "
+                       "Unten siehst Du Deinen aktuellen Notenstand.\n\n"
+                       "Hilfen in der normalen Stufe: Periodensystem (Strg+F1) und Taschenrechner "
+                       "(Strg+F2). Im Strebermodus gibt es keine Hilfen, dafür alle Aufgaben."),
+        this);
+    about->setObjectName(QStringLiteral("StartInfo"));
+    about->setWordWrap(true);
+    about->setStyleSheet(
+        QStringLiteral("QLabel#StartInfo { background: #eef6f7; border-left: 4px solid "
+                       "#1b7f8c; padding: 10px 12px; font-size: 13px; color: #37474f; }"));
+    body->addWidget(about, 6, 1, Qt::AlignTop);
+
     m_start = new QPushButton(QStringLiteral("Test &starten"), this);
     m_start->setObjectName(QStringLiteral("OkS0"));
     body->addWidget(m_start, 7, 1, Qt::AlignRight);
@@ -111,6 +126,7 @@ StartPage::StartPage(TestFlow& flow, AppInfo& info, QWidget* parent, QLabel* str
     connect(m_start, &QPushButton::clicked, this, &StartPage::OkS0_Click);
     connect(m_delete, &QPushButton::clicked, this, &StartPage::L_schen_Click);
     connect(m_list, &QListWidget::itemDoubleClicked, this, [this] { Liste_DblClick(); });
+    m_list->installEventFilter(this);
     setTabOrder(m_name, m_list);
 }
 
@@ -123,6 +139,15 @@ bool StartPage::eventFilter(QObject* watched, QEvent* event) {
         }
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
             OkS0_Click();
+            return true;
+        }
+    }
+    // From the keyboard, Enter on a listed name takes it over like a double click.
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            Liste_DblClick();
+            m_name->setFocus();
             return true;
         }
     }

@@ -1,5 +1,6 @@
 #include "app/AppMain.h"
 
+#include "aids/PeriodicTablePanel.h"
 #include "app/AppInfo.h"
 #include "app/AppSplash.h"
 #include "controls/FadeBar.h"
@@ -7,6 +8,7 @@
 #include "controls/Look.h"
 #include "controls/Mascot.h"
 #include "controls/NoticeBox.h"
+#include "controls/PeriodicTableView.h"
 #include "controls/PraisePanel.h"
 #include "pages/PageSet.h"
 #include "session/StartPage.h"
@@ -108,6 +110,10 @@ void AppMain::buildBars() {
     m_flow->setScoreBoard(tasks, correct, mark);
     auto* praise = new PraisePanel(m_holder);
     m_flow->setPraisePanel(praise);
+
+    m_periodicTable = new PeriodicTablePanel(m_central);
+    connect(m_flow, &TestFlow::hidePeriodicTableRequested, m_periodicTable,
+            &PeriodicTablePanel::HidePeriodicTable);
 }
 
 void AppMain::buildMenus() {
@@ -137,7 +143,8 @@ void AppMain::buildMenus() {
 }
 
 bool AppMain::formLoad(AppSplash* splash) {
-    // 1. The periodic table reads its own file; its path is known from here on.
+    // 1. The periodic table reads its own file.
+    m_periodicTable->view()->load(m_info.elementsPath());
     // 2. Pages, each with its button pair.
     m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
     m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });
@@ -214,6 +221,7 @@ void AppMain::M_H_P2_Click() {
         m_info.message(this, QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
         return;
     }
+    m_periodicTable->ShowPeriodicTable();
 }
 
 void AppMain::mnu_HelpCalc_Click() {

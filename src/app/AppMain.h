@@ -11,6 +11,7 @@ class QAction;
 class QLabel;
 class FadeBar;
 class GradeMark;
+class PeriodicTablePanel;
 class StartPage;
 class TestFlow;
 
@@ -34,6 +35,7 @@ public:
 
     TestFlow& flow() { return *m_flow; }
     StartPage* startPage() const { return m_startPage; }
+    PeriodicTablePanel* periodicTable() const { return m_periodicTable; }
     AppInfo& info() { return m_info; }
 
     // How a successor is started and how this instance ends; tests replace both.
@@ -67,6 +69,7 @@ private:
     FadeBar* m_footer = nullptr;
     StartPage* m_startPage = nullptr;
     QLabel* m_streber = nullptr;
+    PeriodicTablePanel* m_periodicTable = nullptr;
     Launcher m_launcher;
     std::function<void()> m_exiter;
     bool m_quitting = false;

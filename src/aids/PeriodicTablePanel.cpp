@@ -1,0 +1,140 @@
+#include "aids/PeriodicTablePanel.h"
+
+#include "controls/Look.h"
+#include "controls/PeriodicTableView.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+// The "no" sign of the close button: a red circle with a bar.
+QIcon noSignIcon() {
+    QPixmap pm(20, 20);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(QColor(0xc6, 0x28, 0x28), 2.5));
+    p.setBrush(Qt::white);
+    p.drawEllipse(QRectF(2, 2, 16, 16));
+    p.drawLine(QPointF(5.5, 14.5), QPointF(14.5, 5.5));
+    return QIcon(pm);
+}
+
+} // namespace
+
+PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : QFrame(parent) {
+    setObjectName(QStringLiteral("frm_PSE"));
+    setFrameShape(QFrame::NoFrame);
+    setAttribute(Qt::WA_StyledBackground, true);
+    setStyleSheet(QStringLiteral(
+        "QFrame#frm_PSE { background: #ffffff; border: 2px solid #125c66; "
+        "border-radius: 6px; }"
+        "QWidget#bar_PSETitle { background: #125c66; }"
+        "QWidget#bar_PSETitle QLabel { color: white; font-weight: 600; font-size: 14px; }"
+        "QToolButton#but_PSEHide { border: none; background: transparent; }"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(2, 2, 2, 2);
+    layout->setSpacing(0);
+
+    m_title = new QWidget(this);
+    m_title->setObjectName(QStringLiteral("bar_PSETitle"));
+    m_title->setAttribute(Qt::WA_StyledBackground, true);
+    m_title->setCursor(Qt::SizeAllCursor);
+    m_title->installEventFilter(this);
+    auto* row = new QHBoxLayout(m_title);
+    row->setContentsMargins(10, 3, 4, 3);
+    row->addWidget(new QLabel(QStringLiteral("Periodensystem"), m_title));
+    row->addStretch(1);
+    m_close = new QToolButton(m_title);
+    m_close->setObjectName(QStringLiteral("but_PSEHide"));
+    m_close->setIcon(noSignIcon());
+    m_close->setToolTip(QStringLiteral("Periodensystem schließen"));
+    m_close->setCursor(Qt::ArrowCursor);
+    row->addWidget(m_close);
+    layout->addWidget(m_title);
+
+    m_view = new PeriodicTableView(this);
+    layout->addWidget(m_view);
+    connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
+    adjustSize();
+    hide();
+}
+
+void PeriodicTablePanel::ShowPeriodicTable() {
+    if (isVisible())
+        return;
+    if (!m_homeSet) {
+        // First opening: over the upper part of the window, centred.
+        m_home = QPoint(qMax(0, (parentWidget()->width() - width()) / 2), 40);
+        m_homeSet = true;
+    }
+    show();
+    move(m_home);
+    raise();
+}
+
+void PeriodicTablePanel::HidePeriodicTable() {
+    if (!isVisible())
+        return;
+    m_home = pos();
+    m_homeSet = true;
+    hide();
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QSize far = screen ? screen->size() : QSize(4000, 4000);
+    move(far.width(), far.height());
+}
+
+void PeriodicTablePanel::beginDrag(QPoint globalPointer) {
+    m_dragPanel = pos();
+    m_dragPointer = globalPointer;
+    m_dragging = true;
+}
+
+void PeriodicTablePanel::dragTo(QPoint globalPointer) {
+    if (!m_dragging || m_dragBusy)
+        return;
+    m_dragBusy = true;
+    int left = m_dragPanel.x() + (globalPointer.x() - m_dragPointer.x());
+    int top = m_dragPanel.y() + (globalPointer.y() - m_dragPointer.y());
+    const QWidget* area = parentWidget();
+    // At most half the panel may leave on the left, none at the top, and at
+    // least 50 pixels of it stay inside on the right and at the bottom.
+    if (left < -(width() / 2))
+        left = -(width() / 2);
+    if (top < 0)
+        top = 0;
+    if (top > area->height() - 50)
+        top = area->height() - 50;
+    if (left > area->width() - 50)
+        left = area->width() - 50;
+    move(left, top);
+    m_dragBusy = false;
+}
+
+bool PeriodicTablePanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_title) {
+        if (event->type() == QEvent::MouseButtonPress) {
+            beginDrag(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
+            return true;
+        }
+        if (event->type() == QEvent::MouseMove) {
+            auto* move = static_cast<QMouseEvent*>(event);
+            if (move->buttons() != Qt::NoButton)
+                dragTo(move->globalPosition().toPoint());
+            return true;
+        }
+        if (event->type() == QEvent::MouseButtonRelease) {
+            m_dragging = false;
+            return true;
+        }
+    }
+    return QFrame::eventFilter(watched, event);
+}

@@ -1,0 +1,173 @@
+#include "controls/PeriodicTableView.h"
+
+#include "controls/Look.h"
+
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace {
+
+constexpr int kLegendHeight = 34;
+constexpr int kMargin = 8;
+
+QColor categoryColour(const QString& category) {
+    if (category == QLatin1String("Alkalimetall"))
+        return QColor(0xff, 0xcc, 0x80);
+    if (category == QLatin1String("Erdalkalimetall"))
+        return QColor(0xff, 0xe0, 0x82);
+    if (category == QStringLiteral("Übergangsmetall"))
+        return QColor(0xf8, 0xbb, 0xd0);
+    if (category == QLatin1String("Metall"))
+        return QColor(0xc5, 0xca, 0xe9);
+    if (category == QLatin1String("Halbmetall"))
+        return QColor(0xb2, 0xdf, 0xdb);
+    if (category == QLatin1String("Nichtmetall"))
+        return QColor(0xc8, 0xe6, 0xc9);
+    if (category == QLatin1String("Halogen"))
+        return QColor(0xdc, 0xed, 0xc8);
+    if (category == QLatin1String("Edelgas"))
+        return QColor(0xb3, 0xe5, 0xfc);
+    if (category == QLatin1String("Lanthanoid"))
+        return QColor(0xe1, 0xbe, 0xe7);
+    if (category == QLatin1String("Actinoid"))
+        return QColor(0xd1, 0xc4, 0xe9);
+    return QColor(0xec, 0xef, 0xf1);
+}
+
+QString germanNumber(double value, int decimals) {
+    return QString::number(value, 'f', decimals).replace(u'.', u',');
+}
+
+} // namespace
+
+PeriodicTableView::PeriodicTableView(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("ctl_PSE"));
+    setMouseTracking(false);
+    setFocusPolicy(Qt::ClickFocus);
+}
+
+void PeriodicTableView::load(const QString& path) {
+    m_path = path;
+    setTable(ElementTable::load(path));
+}
+
+void PeriodicTableView::setTable(ElementTable table) {
+    m_table = std::move(table);
+    m_selected = 0;
+    update();
+}
+
+QPoint PeriodicTableView::cellOf(const ElementTable::Element& e) {
+    if (e.category == QLatin1String("Lanthanoid") || (e.number >= 57 && e.number <= 71))
+        return {2 + (e.number - 57), 8};
+    if (e.category == QLatin1String("Actinoid") || (e.number >= 89 && e.number <= 103))
+        return {2 + (e.number - 89), 9};
+    return {qBound(1, e.group, 18) - 1, qBound(1, e.period, 7) - 1};
+}
+
+QRect PeriodicTableView::cellRect(QPoint cell) const {
+    const int extra = cell.y() >= 8 ? kCell / 3 : 0; // a small gap above the f-block rows
+    return {kMargin + cell.x() * (kCell + kGap),
+            kMargin + cell.y() * (kCell + kGap) - (cell.y() >= 8 ? kCell : 0) + extra, kCell,
+            kCell};
+}
+
+QSize PeriodicTableView::sizeHint() const {
+    const QRect last = cellRect({17, 9});
+    return {last.right() + kMargin + 1, last.bottom() + kMargin + kLegendHeight};
+}
+
+const ElementTable::Element* PeriodicTableView::elementAt(QPoint pos) const {
+    for (const ElementTable::Element& e : m_table.elements()) {
+        if (cellRect(cellOf(e)).contains(pos))
+            return &e;
+    }
+    return nullptr;
+}
+
+void PeriodicTableView::select(int number) {
+    m_selected = m_table.byNumber(number) ? number : 0;
+    update();
+}
+
+QString PeriodicTableView::selectionText() const {
+    const ElementTable::Element* e = m_table.byNumber(m_selected);
+    if (!e) {
+        if (m_table.count() == 0)
+            return QStringLiteral("Die Datei elements.dat fehlt oder ist leer.");
+        return QStringLiteral("Ein Element anklicken, um seine Daten zu sehen.");
+    }
+    QString mass =
+        e->massNumberOnly
+            ? QStringLiteral("Massenzahl des langlebigsten Isotops %1").arg(e->massHundredths / 100)
+            : QStringLiteral("Atommasse %1 u").arg(germanNumber(e->massHundredths / 100.0, 2));
+    QString text = QStringLiteral("%1  %2  %3 – %4 – %5")
+                       .arg(e->number)
+                       .arg(e->symbol, e->name, mass, e->category);
+    if (e->electronegativity)
+        text += QStringLiteral(" – EN %1").arg(germanNumber(*e->electronegativity, 2));
+    return text;
+}
+
+void PeriodicTableView::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.fillRect(rect(), Qt::white);
+    QFont symbolFont = font();
+    symbolFont.setPixelSize(14);
+    symbolFont.setBold(true);
+    QFont numberFont = font();
+    numberFont.setPixelSize(8);
+
+    // Placeholders where the f-block rows belong in the main table.
+    for (int row : {5, 6}) {
+        const QRect r = cellRect({2, row});
+        p.setPen(QPen(Look::line(), 1, Qt::DashLine));
+        p.setBrush(Qt::NoBrush);
+        p.drawRoundedRect(QRectF(r).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+        p.setFont(numberFont);
+        p.setPen(Look::softInk());
+        p.drawText(r, Qt::AlignCenter,
+                   row == 5 ? QStringLiteral("57–71") : QStringLiteral("89–103"));
+    }
+    for (const ElementTable::Element& e : m_table.elements()) {
+        const QRectF r = QRectF(cellRect(cellOf(e))).adjusted(0.5, 0.5, -0.5, -0.5);
+        const bool chosen = e.number == m_selected;
+        p.setPen(chosen ? QPen(Look::accentDark(), 2) : QPen(QColor(0xb0, 0xbe, 0xc5), 1));
+        p.setBrush(categoryColour(e.category));
+        p.drawRoundedRect(r, 3, 3);
+        p.setPen(Look::ink());
+        p.setFont(numberFont);
+        p.drawText(r.adjusted(3, 1, -2, 0), Qt::AlignLeft | Qt::AlignTop,
+                   QString::number(e.number));
+        p.setFont(symbolFont);
+        p.drawText(r.adjusted(0, 7, 0, 0), Qt::AlignCenter, e.symbol);
+    }
+    QFont infoFont = font();
+    infoFont.setPixelSize(13);
+    p.setFont(infoFont);
+    p.setPen(Look::ink());
+    const QRect info(kMargin, height() - kLegendHeight, width() - 2 * kMargin, kLegendHeight - 6);
+    p.drawText(info, Qt::AlignLeft | Qt::AlignVCenter, selectionText());
+}
+
+void PeriodicTableView::mousePressEvent(QMouseEvent* event) {
+    if (const ElementTable::Element* e = elementAt(event->position().toPoint()))
+        select(e->number);
+    event->accept();
+}
+
+bool PeriodicTableView::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        auto* help = static_cast<QHelpEvent*>(event);
+        if (const ElementTable::Element* e = elementAt(help->pos()))
+            QToolTip::showText(help->globalPos(), QStringLiteral("%1 (%2)").arg(e->name, e->symbol),
+                               this);
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    return QWidget::event(event);
+}

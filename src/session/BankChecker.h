@@ -1,0 +1,58 @@
+#pragma once
+
+#include "session/TaskBank.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+
+class ElementTable;
+
+// The teacher's check of an edited task bank ("labquiz --check"): reads the
+// file with the program's own reader and notes, with line numbers, whatever
+// would make a page misbehave or teach something wrong: a broken section
+// layout, texts the reader would cut, number lines it would misread, too few
+// entries for a page's draws, and chemistry that does not add up against
+// elements.dat. It only collects notes; printing is the caller's part.
+class BankChecker final {
+public:
+    enum class Severity { Error, Warning };
+
+    struct Finding {
+        QString file; // as the notes print it
+        int line = 0; // 0: about the file as a whole
+        Severity severity = Severity::Error;
+        QString text; // German
+
+        // "FILE:LINE: text", warnings marked with "Warnung: ".
+        QString toString() const;
+    };
+
+    struct Report {
+        QList<Finding> findings;
+        QString summary;
+
+        int errorCount() const;
+        int warningCount() const;
+        // 1 as soon as there is anything to tell the teacher.
+        int exitCode() const { return findings.isEmpty() ? 0 : 1; }
+        QStringList lines() const; // the findings, then the summary
+    };
+
+    // Distinct entries a page draws from its section at one level.
+    static int minimumEntries(TaskBank::Section section);
+    // The definitions page shows four drawn terms with their definitions and
+    // six further definitions that belong to none of them.
+    static constexpr int kMinimumDefinitionTexts = 10;
+    // Ion multipliers tried when a substance's ions are matched to its formula.
+    static constexpr int kMaxIonMultiplier = 6;
+    static constexpr int kMaxIonsPerSubstance = 5;
+
+    // elements may be null; the checks against the periodic table are then
+    // left out (the caller says why).
+    static Report check(QStringView text, const QString& bankName, const ElementTable* elements);
+    // Reads both files. A missing elements file is noted, and the checks
+    // that need it are left out.
+    static Report checkFiles(const QString& bankPath, const QString& elementsPath);
+};

@@ -1,0 +1,124 @@
+#include "aids/PeriodicTablePanel.h"
+#include "app/AppMain.h"
+#include "app/StartUp.h"
+#include "controls/PeriodicTableView.h"
+#include "session/TestFlow.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QtTest>
+#include <set>
+
+class TestPeriodicTable : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void placesEveryElementInItsOwnCell();
+    void opensOnlyAtTheNormalLevelAndNeverMovesWhenOpen();
+    void dragStaysWithinReach();
+    void pageChangeRemembersWhereItWas();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QPointer<AppMain> m_main;
+    PeriodicTablePanel* panel() const { return m_main->periodicTable(); }
+};
+
+void TestPeriodicTable::init() {
+    m_dir = std::make_unique<QTemporaryDir>();
+    qputenv("LABQUIZ_DATA", m_dir->path().toLocal8Bit());
+    m_main = qobject_cast<AppMain*>(StartUp({QStringLiteral("labquiz")}));
+    QVERIFY(m_main);
+    m_main->flow().setSlideStepMs(0);
+    m_main->resize(1200, 900);
+    QCoreApplication::processEvents();
+}
+
+void TestPeriodicTable::cleanup() {
+    delete m_main.data();
+    m_dir.reset();
+}
+
+void TestPeriodicTable::placesEveryElementInItsOwnCell() {
+    PeriodicTableView* view = panel()->view();
+    QCOMPARE(view->table().count(), 118);
+    std::set<std::pair<int, int>> cells;
+    for (const ElementTable::Element& e : view->table().elements()) {
+        const QPoint c = PeriodicTableView::cellOf(e);
+        QVERIFY2(cells.insert({c.x(), c.y()}).second, qPrintable(e.symbol));
+        QVERIFY(c.x() >= 0 && c.x() < 18 && c.y() >= 0 && c.y() <= 9 && c.y() != 7);
+    }
+    auto cell = [&](int number) {
+        return PeriodicTableView::cellOf(*view->table().byNumber(number));
+    };
+    QCOMPARE(cell(1), QPoint(0, 0));
+    QCOMPARE(cell(2), QPoint(17, 0));
+    QCOMPARE(cell(26), QPoint(7, 3));
+    QCOMPARE(cell(57), QPoint(2, 8));
+    QCOMPARE(cell(71), QPoint(16, 8));
+    QCOMPARE(cell(89), QPoint(2, 9));
+    QCOMPARE(cell(118), QPoint(17, 6));
+    view->select(26);
+    QVERIFY(view->selectionText().contains(QStringLiteral("Eisen")));
+    QVERIFY(view->selectionText().contains(QStringLiteral("55,85")));
+    view->select(43);
+    QVERIFY(view->selectionText().contains(QStringLiteral("Massenzahl")));
+}
+
+void TestPeriodicTable::opensOnlyAtTheNormalLevelAndNeverMovesWhenOpen() {
+    QVERIFY(!panel()->isVisible());
+    m_main->M_H_P2_Click();
+    QVERIFY(panel()->isVisible());
+    QCOMPARE(panel()->pos(), panel()->panelHome());
+    panel()->move(100, 120);
+    m_main->M_H_P2_Click();
+    QCOMPARE(panel()->pos(), QPoint(100, 120));
+}
+
+void TestPeriodicTable::dragStaysWithinReach() {
+    m_main->M_H_P2_Click();
+    panel()->move(200, 100);
+    const QWidget* area = panel()->parentWidget();
+    panel()->beginDrag(QPoint(500, 500));
+    panel()->dragTo(QPoint(530, 480));
+    QCOMPARE(panel()->pos(), QPoint(230, 80));
+    panel()->dragTo(QPoint(-5000, 500));
+    QCOMPARE(panel()->x(), -(panel()->width() / 2));
+    panel()->dragTo(QPoint(500, -5000));
+    QCOMPARE(panel()->y(), 0);
+    panel()->dragTo(QPoint(9000, 9000));
+    QCOMPARE(panel()->pos(), QPoint(area->width() - 50, area->height() - 50));
+
+    // Through real mouse events on the title bar.
+    panel()->move(200, 100);
+    QWidget* title = panel()->titleBar();
+    QTest::mousePress(title, Qt::LeftButton, {}, QPoint(20, 10));
+    QMouseEvent move(QEvent::MouseMove, QPointF(60, 30), title->mapToGlobal(QPointF(60, 30)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(title, &move);
+    QCOMPARE(panel()->pos(), QPoint(240, 120));
+    QTest::mouseRelease(title, Qt::LeftButton, {}, QPoint(60, 30));
+}
+
+void TestPeriodicTable::pageChangeRemembersWhereItWas() {
+    m_main->M_H_P2_Click();
+    panel()->move(30, 40);
+    m_main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"))->setText(QStringLiteral("Anna"));
+    m_main->findChild<QPushButton*>(QStringLiteral("OkS0"))->click(); // slides page 1 in
+    QVERIFY(!panel()->isVisible());
+    QCOMPARE(panel()->panelHome(), QPoint(30, 40));
+    m_main->M_H_P2_Click();
+    QCOMPARE(panel()->pos(), QPoint(30, 40));
+    // Closing by its button does not remember the place.
+    panel()->move(300, 200);
+    panel()->findChild<QToolButton*>(QStringLiteral("but_PSEHide"))->click();
+    QVERIFY(!panel()->isVisible());
+    m_main->M_H_P2_Click();
+    QCOMPARE(panel()->pos(), QPoint(30, 40));
+}
+
+QTEST_MAIN(TestPeriodicTable)
+#include "test_periodic_table.moc"

@@ -1,0 +1,550 @@
+#include "TestSupport.h"
+#include "aids/ElementTable.h"
+#include "session/BankChecker.h"
+#include "session/LegacyText.h"
+#include "session/TaskBank.h"
+#include "session/TextLines.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const QString kMark = QStringLiteral(u"\u00E6\u00E6");
+const QString kDataDir = QStringLiteral(LABQUIZ_SOURCE_DATA_DIR);
+
+// A small bank that is right in every way the checker looks at, with
+// just enough entries for every page. Anchor lines used by the rows below
+// occur once.
+QStringList cleanBank() {
+    QStringList out;
+    auto section = [&](int n, const QStringList& basic, const QStringList& expert) {
+        out << QStringLiteral("Abschnitt %1").arg(n) << QStringLiteral("Kommentar %1").arg(n)
+            << QStringLiteral("#") << basic << kMark << expert << QStringLiteral("@");
+    };
+    section(1,
+            {"Wasserstoff", "H", "Helium", "He", "Lithium", "Li", "Kohlenstoff", "C", "Stickstoff",
+             "N", "Sauerstoff", "O"},
+            {"Natrium", "Na"});
+    section(2, {"1", "mono", "2", "di", "3", "tri", "4", "tetra"}, {"5", "penta"});
+    section(3,
+            {"Wasser", "18.0", "H2O", "Natriumchlorid", "58.4", "NaCl", "Kaliumchlorid", "74.6",
+             "KCl", "Calciumhydroxid", "74.1", "Ca(OH)2"},
+            {"Kupfer(II)-sulfat-Pentahydrat", "249.7", "CuSO4·5H2O", "Methan", "16.1", "CH4",
+             "Magnesiumnitrid", "101.0", "Mg3N2"});
+    section(4,
+            {"Atom", "Kleinstes Teilchen eines Elements.", "Ion", "Geladenes Teilchen.", "Salz",
+             "Verbindung aus Ionen.", "Oxid", "Verbindung mit Sauerstoff."},
+            {"Anion", "Negativ geladenes Ion.", "Kation", "Positiv geladenes Ion.", "Molekül",
+             "Teilchen aus Atomen.", "Element", "Reinstoff aus einer Atomsorte.", "Gemisch",
+             "Stoff aus mehreren Reinstoffen.", "Legierung", "Gemisch von Metallen."});
+    section(5, {"Natrium-Ion", "+1", "Chlorid-Ion", "-1", "Oxid-Ion", "-2", "Aluminium-Ion", "+3"},
+            {"Nitrid-Ion", "-3"});
+    section(6,
+            {"Wasser ist eine Verbindung.", "J", "Gold ist ein Nichtmetall.", "N",
+             "Luft ist ein Gemisch.", "J", "Helium ist ein Alkalimetall.", "N",
+             "Metalle leiten Strom.", "J", "Neutronen sind geladen.", "N"},
+            {"Ozon besteht aus drei Atomen.", "J"});
+    section(7,
+            {"@2H2+@1O2=@2H2O", "@1C+@1O2=@1CO2", "@1CH4+@2O2=@1CO2+@2H2O", "@4Al+@3O2=@2Al2O3",
+             "@1N2+@3H2=@2NH3"},
+            {"@2KClO3=@2KCl+@3O2"});
+    section(8,
+            {"LiCl", "Li^+*Cl^-", "Lithiumchlorid", "Ca(OH)2*Ca(HO)2", "Ca^2+*OH^-",
+             "Calciumhydroxid", "Al2O3", "Al^3+*O^2-", "Aluminiumoxid", "(NH4)2SO4", "NH4^+*SO4^2-",
+             "Ammoniumsulfat", "CuSO4", "Cu^2+*SO4^2-", "Kupfer(II)-sulfat|Kupfer(II)sulfat",
+             "CH3COONa*C2H3O2Na", "Na^+*CH3COO^-", "Natriumacetat"},
+            {"Ca3(PO4)2", "Ca^2+*PO4^3-", "Calciumphosphat"});
+    out << QStringLiteral("Abschnitt 9") << QStringLiteral("Kommentar 9") << QStringLiteral("#")
+        << QStringLiteral("Frage A") << QStringLiteral("2.00") << QStringLiteral("Frage B")
+        << QStringLiteral("0.50") << QStringLiteral("Frage C") << QStringLiteral("0.10") << kMark
+        << QStringLiteral("Frage D") << QStringLiteral("1.25") << QStringLiteral("Frage E")
+        << QStringLiteral("0.045") << QStringLiteral("@");
+    return out;
+}
+
+BankChecker::Report checkLines(const QStringList& lines, const ElementTable* elements) {
+    return BankChecker::check(LegacyText::decode(cp1252Lines(lines)), QStringLiteral("t.dat"),
+                              elements);
+}
+
+QString describe(const BankChecker::Report& report) {
+    return report.lines().join(u'\n');
+}
+
+int lineCountOf(QStringView text) {
+    TextLines lines(text);
+    QStringView line;
+    while (lines.next(line)) {
+    }
+    return lines.lineNumber();
+}
+
+} // namespace
+
+class TestBankChecker : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void passesShippedBank();
+    void passesCleanBankAndLenientForms();
+    void findsProblem_data();
+    void findsProblem();
+    void worksWithoutElementTable();
+    void readsElementTable();
+    void reportsBrokenElementLines();
+    void survivesDamagedBanks();
+
+private:
+    ElementTable m_elements;
+};
+
+void TestBankChecker::initTestCase() {
+    m_elements = ElementTable::load(kDataDir + QStringLiteral("/elements.dat"));
+    QVERIFY(m_elements.fileRead());
+}
+
+void TestBankChecker::passesShippedBank() {
+    const QString path = kDataDir + QStringLiteral("/labquiz.dat");
+    const BankChecker::Report report =
+        BankChecker::checkFiles(path, kDataDir + QStringLiteral("/elements.dat"));
+    QVERIFY2(report.findings.isEmpty(), qPrintable(describe(report)));
+    QCOMPARE(report.exitCode(), 0);
+    QVERIFY(report.summary.startsWith(path + QStringLiteral(": 9 Abschnitte, ")));
+    QVERIFY(report.summary.endsWith(QStringLiteral(", keine Fehler.")));
+    // The summary's numbers are the reader's.
+    const TaskBank bank = TaskBank::LoadTaskBank(path);
+    int entries = 0;
+    for (int s = 0; s < TaskBank::SectionCount; ++s) {
+        const auto section = TaskBank::Section(s);
+        entries += bank.count(section);
+        QVERIFY(report.summary.contains(
+            QStringLiteral("%1/%2").arg(bank.basicCount(section)).arg(bank.count(section))));
+    }
+    QVERIFY(report.summary.contains(QStringLiteral(" %1 Einträge ").arg(entries)));
+}
+
+void TestBankChecker::passesCleanBankAndLenientForms() {
+    QStringList lines = cleanBank();
+    BankChecker::Report report = checkLines(lines, &m_elements);
+    QVERIFY2(report.findings.isEmpty(), qPrintable(describe(report)));
+
+    // What the reader takes as meant must not be reported: flags in any case
+    // with blanks, numbers with blanks around, an entry differing only in a
+    // text beyond the fixed width, trailing blanks of a name at the limit.
+    auto replace = [&](const QString& from, const QString& to) {
+        QCOMPARE(lines.count(from), 1);
+        lines[lines.indexOf(from)] = to;
+    };
+    replace(QStringLiteral("Ozon besteht aus drei Atomen."), QStringLiteral("Ozon ist O3."));
+    lines[lines.indexOf(QStringLiteral("Ozon ist O3.")) + 1] = QStringLiteral(" j ");
+    replace(QStringLiteral("58.4"), QStringLiteral(" 58.4 "));
+    replace(QStringLiteral("+3"), QStringLiteral("3"));
+    replace(QStringLiteral("Wasser"), QString(40, u'W') + QStringLiteral("   "));
+    replace(QStringLiteral("1.25"), QStringLiteral("1.25E0"));
+    report = checkLines(lines, &m_elements);
+    QVERIFY2(report.findings.isEmpty(), qPrintable(describe(report)));
+    QCOMPARE(report.exitCode(), 0);
+}
+
+void TestBankChecker::findsProblem_data() {
+    // Each row changes `span` lines of the clean bank, starting at the one
+    // line reading `anchor`, into `replacement`, and drops everything after
+    // that when `cut` is set. The note is expected at `where`: "+n"/"-n"
+    // counts from the anchor, "last" is the last line, "@k" the k-th "@".
+    QTest::addColumn<QString>("anchor");
+    QTest::addColumn<int>("span");
+    QTest::addColumn<QStringList>("replacement");
+    QTest::addColumn<bool>("cut");
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<bool>("isWarning");
+    using L = QStringList;
+    const QString longer41 = QString(41, u'x');
+
+    // Layout.
+    QTest::newRow("file ends before a section")
+        << "Abschnitt 5" << 1 << L{"Abschnitt 5"} << true << "last"
+        << "Abschnitt 5 (IonCharges) mit einer "
+           "Zeile \"#\" beginnt; sie hat nur 4 "
+           "von 9"
+        << false;
+    QTest::newRow("section without @")
+        << "0.045" << 2 << L{"0.045"} << false << "last"
+        << "Abschnitt 9 (AmountSubstances) hat keine Zeile \"@\"" << false;
+    QTest::newRow("record cut off")
+        << "Frage E" << 1 << L{"Frage E"} << true << "+0"
+        << "unvollständig: die Datei endet nach 1 seiner 2 Zeilen" << false;
+    QTest::newRow("no level mark") << "tetra" << 2 << L{"tetra"} << false << "-8"
+                                   << "Abschnitt 2 (NumberSyllables) hat keine Zeile \"ææ\"; die "
+                                      "normale Stufe hat dann nichts zum Ziehen."
+                                   << false;
+    QTest::newRow("no level mark where all are used") << "0.10" << 2 << L{"0.10"} << false << "+5"
+                                                      << "keine Zeile \"ææ\"" << true;
+    QTest::newRow("two level marks") << "di" << 1 << L{"di", kMark} << false << "+6"
+                                     << "mehr als eine Zeile \"ææ\"" << true;
+    QTest::newRow("text after the ninth @")
+        << "0.045" << 2 << L{"0.045", "@", "", "Nachtrag"} << false << "+3"
+        << "Nach dem neunten" << true;
+    QTest::newRow("@ read as a symbol") << "Natrium" << 2 << L{"Natrium"} << false << "+1"
+                                        << "vermutlich fehlt davor eine Zeile" << false;
+    QTest::newRow("ææ read as a symbol") << "Li" << 1 << L{} << false << "+6"
+                                         << "Die Zeile \"ææ\" wird als Zeile 2" << false;
+    QTest::newRow("# starts a record") << "Na" << 2 << L{"Na"} << false << "+3"
+                                       << "vermutlich fehlt davor die Zeile \"@\"" << false;
+    QTest::newRow("@ with a blank") << "Na" << 2 << L{"Na", "@ "} << false << "+1"
+                                    << "enthält Leerzeichen und zählt deshalb als Daten" << false;
+    QTest::newRow("# with a blank") << "Kommentar 3" << 2 << L{"Kommentar 3", "# "} << false << "+1"
+                                    << "beendet deshalb den Kopf von Abschnitt 3" << true;
+    QTest::newRow("empty symbol") << "He" << 1 << L{""} << false << "+0"
+                                  << "Das Symbol ist leer." << false;
+
+    // Widths.
+    QTest::newRow("name too long") << "Wasser" << 1 << L{longer41} << false << "+0"
+                                   << "Der Name ist 41 Zeichen lang" << false;
+    QTest::newRow("term too long") << "Atom" << 1 << L{QString(21, u't')} << false << "+0"
+                                   << "Der Fachbegriff ist 21 Zeichen lang" << false;
+    QTest::newRow("definition too long")
+        << "Geladenes Teilchen." << 1 << L{QString(121, u'd')} << false << "+0"
+        << "Die Erklärung ist 121 Zeichen lang; das Programm nimmt nur die ersten 120" << false;
+    QTest::newRow("ion name too long") << "Oxid-Ion" << 1 << L{QString(21, u'i')} << false << "+0"
+                                       << "Der Name des Ions ist 21 Zeichen" << false;
+    QTest::newRow("statement too long")
+        << "Luft ist ein Gemisch." << 1 << L{QString(121, u's')} << false << "+0"
+        << "Die Aussage ist 121 Zeichen" << false;
+
+    // Numbers and flags.
+    QTest::newRow("decimal comma") << "58.4" << 1 << L{"58,4"} << false << "+0"
+                                   << "liest nur \"58\", also 58" << false;
+    QTest::newRow("not a number") << "3" << 1 << L{"drei"} << false << "+0"
+                                  << "\"drei\" ist keine Zahl" << false;
+    QTest::newRow("16-bit overflow") << "4" << 1 << L{"40000"} << false << "+0"
+                                     << "außerhalb von -32768 bis 32767" << false;
+    QTest::newRow("not whole") << "2" << 1 << L{"2.5"} << false << "+0"
+                               << "keine ganze Zahl; das Programm liest 2" << false;
+    QTest::newRow("answer with comma") << "0.50" << 1 << L{"0,50"} << false << "+0"
+                                       << "Die Antwort \"0,50\" liest sich nicht ganz" << false;
+    QTest::newRow("flag Ja") << "Luft ist ein Gemisch." << 2 << L{"Luft ist ein Gemisch.", "Ja"}
+                             << false << "+1"
+                             << "\"Ja\" ist weder J noch N; das Programm liest "
+                                "sie als N"
+                             << false;
+    QTest::newRow("charge out of range") << "+3" << 1 << L{"+4"} << false << "+0"
+                                         << "Die Ladung 4 liegt nicht zwischen -3 und +3." << false;
+    QTest::newRow("charge zero") << "-3" << 1 << L{"0"} << false << "+0"
+                                 << "Die Ladung ist 0" << true;
+
+    // Repeats and draws.
+    QTest::newRow("repeated record")
+        << "Natrium" << 2 << L{"Natrium", "Na", "Helium", "He"} << false << "+2"
+        << "wiederholt den Eintrag ab Zeile" << true;
+    QTest::newRow("repeated symbol")
+        << "Natrium" << 2 << L{"Natrium", "Na", "Deuterium", "H"} << false << "+3"
+        << "Das Symbol H steht schon in Zeile" << true;
+    QTest::newRow("empty alternative") << "Wasserstoff" << 1 << L{"Wasserstoff*"} << false << "+0"
+                                       << "leere Schreibweise" << true;
+    QTest::newRow("normal level too small")
+        << "tri" << 4 << L{"tri", kMark, "4", "tetra"} << false << "+1"
+        << "Vor dem \"ææ\" stehen nur 3 verschiedene Einträge; die Seite \"Zahlsilben\" braucht"
+        << false;
+    QTest::newRow("repeats do not count as entries")
+        << "Lithium" << 2 << L{"Helium", "He"} << false << "+8"
+        << "Vor dem \"ææ\" stehen nur 5" << false;
+    QTest::newRow("section too small") << "Oxid-Ion" << 4 << L{} << false << "+3"
+                                       << "hat nur 3 verschiedene Einträge" << false;
+    QTest::newRow("too few definitions")
+        << "Gemisch von Metallen." << 1 << L{"Geladenes Teilchen."} << false << "@4"
+        << "nur 9 verschiedene Erklärungen" << false;
+
+    // Chemistry against elements.dat.
+    QTest::newRow("molar mass rounds half up")
+        << "74.6" << 1 << L{"74.5"} << false << "+0"
+        << "Die molare Masse 74.5 passt nicht zur Formel KCl (berechnet: 74.55 g/mol, gerundet "
+           "74.6)."
+        << false;
+    // 16.05 rounds up although 0 is even; 100.95 is 100.9499... in binary.
+    QTest::newRow("half up, not half to even")
+        << "16.1" << 1 << L{"16.0"} << false << "+0"
+        << "passt nicht zur Formel CH4 (berechnet: 16.05 g/mol, gerundet 16.1)" << false;
+    QTest::newRow("exact hundredths") << "101.0" << 1 << L{"100.9"} << false << "+0"
+                                      << "(berechnet: 100.95 g/mol, gerundet 101.0)" << false;
+    QTest::newRow("molar mass of hydrate") << "249.7" << 1 << L{"249.6"} << false << "+0"
+                                           << "berechnet: 249.71 g/mol" << false;
+    QTest::newRow("mass number only") << "H2O" << 1 << L{"TcO2"} << false << "+0"
+                                      << "nur die Massenzahl [98]" << false;
+    QTest::newRow("unknown element") << "H2O" << 1 << L{"H2Xy"} << false << "+0"
+                                     << "\"Xy\" in \"H2Xy\" steht nicht in elements.dat" << false;
+    QTest::newRow("unreadable formula") << "H2O" << 1 << L{"H2O)"} << false << "+0"
+                                        << "Die Formel \"H2O)\" lässt sich nicht lesen" << false;
+    QTest::newRow("unknown symbol") << "He" << 1 << L{"Hx"} << false << "+0"
+                                    << "Das Symbol \"Hx\" steht nicht in elements.dat" << false;
+    QTest::newRow("name unlike elements.dat") << "Lithium" << 1 << L{"Litium"} << false << "+0"
+                                              << "Keiner der Namen \"Litium\"" << true;
+    QTest::newRow("unbalanced") << "@2H2+@1O2=@2H2O" << 1 << L{"@2H2+@2O2=@2H2O"} << false << "+0"
+                                << "nicht ausgeglichen: O links 4, rechts 2." << false;
+    QTest::newRow("not smallest") << "@2H2+@1O2=@2H2O" << 1 << L{"@4H2+@2O2=@4H2O"} << false << "+0"
+                                  << "durch 2 teilen" << false;
+    QTest::newRow("charged substance in an equation")
+        << "@1C+@1O2=@1CO2" << 1 << L{"@1Na^++@1Cl^-=@1NaCl"} << false << "+0"
+        << "\"Na^+\" trägt eine Ladung" << false;
+    QTest::newRow("three substances a side")
+        << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@1O2+@1N2=@1CO2+@1N2"} << false << "+0"
+        << "Die linke Seite hat 3 Stoffe" << false;
+    QTest::newRow("missing coefficient")
+        << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@O2=@1CO2"} << false << "+0"
+        << "Vor der Formel \"O2\" fehlt der Koeffizient" << false;
+    QTest::newRow("zero coefficient")
+        << "@1C+@1O2=@1CO2" << 1 << L{"@0C+@1O2=@1CO2"} << false << "+0"
+        << "keine positive ganze Zahl" << false;
+    QTest::newRow("no =") << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@1O2+@1CO2"} << false << "+0"
+                          << "genau ein \"=\"" << false;
+    QTest::newRow("no @") << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@1O2=1CO2"} << false << "+0"
+                          << "Die rechte Seite \"1CO2\" beginnt nicht mit \"@\"" << false;
+    QTest::newRow("charges do not cancel")
+        << "Ca^2+*OH^-" << 1 << L{"Ca^+*OH^-"} << false << "+0"
+        << "1 × Ca^+ + 2 × OH^- ergibt die Formel Ca(OH)2 mit der Ladung -1" << false;
+    QTest::newRow("ions of other elements") << "Li^+*Cl^-" << 1 << L{"Li^+*Br^-"} << false << "+0"
+                                            << "Br kommt in der Formel nicht vor; Cl fehlt in den "
+                                               "Ionen"
+                                            << false;
+    QTest::newRow("ions cannot build formula")
+        << "(NH4)2SO4" << 1 << L{"(NH4)2SO3"} << false << "+1"
+        << "nicht zusammensetzen" << false;
+    QTest::newRow("ion without charge") << "Al^3+*O^2-" << 1 << L{"Al^3+*O"} << false << "+0"
+                                        << "\"O\" hat keine Ladung" << false;
+    QTest::newRow("ion listed twice") << "Li^+*Cl^-" << 1 << L{"Li^+*Cl^-*Cl^-"} << false << "+0"
+                                      << "nicht zusammensetzen" << false;
+    QTest::newRow("ambiguous ions") << "Al^3+*O^2-" << 1 << L{"Al^3+*O^2-*O^2-"} << false << "+0"
+                                    << "auf mehrere Arten" << true;
+    QTest::newRow("alternatives differ")
+        << "CH3COONa*C2H3O2Na" << 1 << L{"CH3COONa*C2H3O2K"} << false << "+0"
+        << "nicht dieselbe Zusammensetzung" << false;
+    QTest::newRow("charged substance") << "LiCl" << 1 << L{"LiCl^+"} << false << "+0"
+                                       << "\"LiCl^+\" trägt eine Ladung" << false;
+}
+
+void TestBankChecker::findsProblem() {
+    QFETCH(QString, anchor);
+    QFETCH(int, span);
+    QFETCH(QStringList, replacement);
+    QFETCH(bool, cut);
+    QFETCH(QString, where);
+    QFETCH(QString, expected);
+    QFETCH(bool, isWarning);
+
+    QStringList lines = cleanBank();
+    QCOMPARE(lines.count(anchor), 1);
+    const int at = static_cast<int>(lines.indexOf(anchor));
+    lines.remove(at, span);
+    for (qsizetype k = 0; k < replacement.size(); ++k)
+        lines.insert(at + k, replacement.at(k));
+    if (cut)
+        lines = lines.mid(0, at + replacement.size());
+
+    int line = 0;
+    if (where == u"last") {
+        line = static_cast<int>(lines.size());
+    } else if (where.startsWith(u'@')) {
+        int wanted = where.mid(1).toInt();
+        for (int i = 0; i < lines.size() && wanted > 0; ++i) {
+            if (lines.at(i) == u"@" && --wanted == 0)
+                line = i + 1;
+        }
+    } else {
+        line = at + 1 + where.toInt();
+    }
+
+    const BankChecker::Report report = checkLines(lines, &m_elements);
+    const auto severity = isWarning ? BankChecker::Severity::Warning : BankChecker::Severity::Error;
+    const bool found =
+        std::any_of(report.findings.cbegin(), report.findings.cend(), [&](const auto& f) {
+            return f.line == line && f.severity == severity && f.text.contains(expected);
+        });
+    QVERIFY2(found, qPrintable(QStringLiteral("expected at line %1: %2\n%3")
+                                   .arg(line)
+                                   .arg(expected, describe(report))));
+    QCOMPARE(report.exitCode(), 1);
+    const QString printed = QStringLiteral("t.dat:%1: %2")
+                                .arg(line)
+                                .arg(isWarning ? QStringLiteral("Warnung: ") : QString());
+    QVERIFY(report.lines().filter(printed).size() >= 1);
+}
+
+void TestBankChecker::worksWithoutElementTable() {
+    QTemporaryDir dir;
+    QStringList lines = cleanBank();
+    lines[lines.indexOf(QStringLiteral("He"))] = QStringLiteral("Hx");
+    lines[lines.indexOf(QStringLiteral("74.6"))] = QStringLiteral("74.5");
+    const QString bank = dir.filePath(QStringLiteral("labquiz.dat"));
+    QVERIFY(writeFile(bank, cp1252Lines(lines)));
+    const QString missing = dir.filePath(QStringLiteral("elements.dat"));
+    BankChecker::Report report = BankChecker::checkFiles(bank, missing);
+    // Only the missing table is reported: symbol and mass checks are skipped.
+    QCOMPARE(report.findings.size(), 1);
+    QCOMPARE(report.findings[0].severity, BankChecker::Severity::Warning);
+    QCOMPARE(report.findings[0].toString().left(missing.size() + 11),
+             missing + QStringLiteral(": Warnung: "));
+    QCOMPARE(report.exitCode(), 1);
+    QVERIFY(report.summary.endsWith(QStringLiteral("keine Fehler, 1 Warnung.")));
+
+    // A bank that cannot be read is an error on its own.
+    report = BankChecker::checkFiles(dir.filePath(QStringLiteral("fehlt.dat")), missing);
+    QCOMPARE(report.errorCount(), 1);
+    QCOMPARE(report.findings[0].line, 0);
+    QVERIFY(report.summary.contains(QStringLiteral("nicht geprüft")));
+}
+
+void TestBankChecker::readsElementTable() {
+    QCOMPARE(m_elements.count(), 118);
+    QVERIFY2(m_elements.problems().isEmpty(), qPrintable(m_elements.problems().value(0).text));
+    const ElementTable::Element* fe = m_elements.find(u"Fe");
+    QVERIFY(fe);
+    QCOMPARE(fe->number, 26);
+    QCOMPARE(fe->name, QStringLiteral("Eisen"));
+    QCOMPARE(fe->massHundredths, 5585);
+    QCOMPARE(fe->group, 8);
+    QCOMPARE(fe->period, 4);
+    QCOMPARE(fe->category, QStringLiteral("Übergangsmetall"));
+    QCOMPARE(*fe->electronegativity, 1.83);
+    const ElementTable::Element* tc = m_elements.byNumber(43);
+    QVERIFY(tc && tc->massNumberOnly && !tc->hasMass());
+    QCOMPARE(tc->massHundredths, 9800);
+    QVERIFY(!m_elements.find(u"He")->electronegativity.has_value());
+    QVERIFY(!m_elements.find(u"CO"));
+    QCOMPARE(m_elements.find(u"Og")->number, 118);
+}
+
+void TestBankChecker::reportsBrokenElementLines() {
+    const QStringList lines{
+        "# Kommentar",                                   // 1
+        "1;H;Wasserstoff;1.01;1;1;Nichtmetall;2.20",     // 2
+        "",                                              // 3
+        "2;He;Helium;4.00;18;1;Edelgas",                 // 4: electronegativity left out
+        "3;Li;Lithium;6,94;1;2;Alkalimetall;0.98",       // 5: comma
+        "4;Be;Beryllium;9.012;2;2;Erdalkalimetall;1.57", // 6: three decimals
+        "5;B;Bor;10.81;19;2;Halbmetall;2.04",            // 7: group
+        "6;C;Kohlenstoff;12.01;14;2",                    // 8: fields missing
+        "7;h;Stickstoff;14.01;15;2;Nichtmetall;3.04",    // 9: symbol
+        "1;N;Stickstoff;14.01;15;2;Nichtmetall;3.04",    // 10: number twice
+        "8;H;Sauerstoff;16.00;16;2;Nichtmetall;3.44",    // 11: symbol twice
+        "9;F;Fluor;[x];17;2;Halogen;3.98",               // 12: mass number
+        "10;Ne;Neon;20.18;18;2;Edelgas;viel",            // 13: electronegativity
+    };
+    const ElementTable t = ElementTable::fromText(LegacyText::decode(cp1252Lines(lines)));
+    QList<int> problemLines;
+    for (const auto& p : t.problems())
+        problemLines << p.line;
+    QCOMPARE(problemLines, (QList<int>{5, 6, 7, 8, 9, 10, 11, 12, 13}));
+    // Lines with a wrong value keep their element; unusable ones are left out.
+    QCOMPARE(t.count(), 7);
+    QVERIFY(t.find(u"Li") && !t.find(u"Li")->hasMass());
+    QCOMPARE(t.find(u"B")->group, 0);
+    QCOMPARE(t.find(u"He")->massHundredths, 400);
+    QCOMPARE(t.find(u"H")->name, QStringLiteral("Wasserstoff"));
+    QVERIFY(!t.find(u"C"));
+
+    // Through the checker, the table's problems carry its file name.
+    QTemporaryDir dir;
+    const QString elements = dir.filePath(QStringLiteral("elements.dat"));
+    QVERIFY(writeFile(elements, cp1252Lines(lines)));
+    QVERIFY(writeFile(dir.filePath(QStringLiteral("labquiz.dat")), cp1252Lines(cleanBank())));
+    const BankChecker::Report report =
+        BankChecker::checkFiles(dir.filePath(QStringLiteral("labquiz.dat")), elements);
+    QVERIFY(report.lines().contains(elements + QStringLiteral(":5: ") + t.problems()[0].text));
+}
+
+void TestBankChecker::survivesDamagedBanks() {
+    // Random damage to the shipped bank: lost, doubled and swapped lines,
+    // stray markers, junk, cut files, flipped bytes. Every input must be
+    // read and checked quickly, with notes inside the file. A longer run:
+    // LABQUIZ_FUZZ_COUNT=200000.
+    QFile file(kDataDir + QStringLiteral("/labquiz.dat"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray shipped = file.readAll();
+    const QList<QByteArray> shippedLines = shipped.split('\n');
+    const int runs = qEnvironmentVariableIsSet("LABQUIZ_FUZZ_COUNT")
+                         ? qEnvironmentVariableIntValue("LABQUIZ_FUZZ_COUNT")
+                         : 3000;
+    QRandomGenerator rng(20060328);
+    const QByteArray junkChars = LegacyText::encodeWindows1252(
+        QStringLiteral("()^+-·*@=#|.,; 0123456789HOCNSPKaClgeæJ\r\n\t"));
+    auto junk = [&](int maxLength) {
+        QByteArray out;
+        const int n = rng.bounded(maxLength + 1);
+        for (int i = 0; i < n; ++i)
+            out += junkChars.at(rng.bounded(junkChars.size()));
+        return out;
+    };
+    const QList<QByteArray> markers{"@\r", "#\r", "\xE6\xE6\r", "\r", " @\r", "\xE6\xE6"};
+
+    QElapsedTimer slowest;
+    qint64 worst = 0;
+    int withNotes = 0;
+    for (int run = 0; run < runs; ++run) {
+        QList<QByteArray> lines = shippedLines;
+        const int edits = 1 + rng.bounded(run % 5 == 0 ? 12 : 3);
+        for (int e = 0; e < edits && !lines.isEmpty(); ++e) {
+            const int i = rng.bounded(static_cast<int>(lines.size()));
+            switch (rng.bounded(7)) {
+            case 0:
+                lines.removeAt(i);
+                break;
+            case 1: {
+                const QByteArray copy = lines.at(rng.bounded(static_cast<int>(lines.size())));
+                lines.insert(i, copy);
+                break;
+            }
+            case 2:
+                lines.swapItemsAt(i, rng.bounded(static_cast<int>(lines.size())));
+                break;
+            case 3:
+                lines.insert(i, markers.at(rng.bounded(static_cast<int>(markers.size()))));
+                break;
+            case 4:
+                lines[i] = junk(40) + '\r';
+                break;
+            case 5:
+                lines[i].insert(rng.bounded(static_cast<int>(lines[i].size()) + 1), junk(4));
+                break;
+            default:
+                lines = lines.mid(0, i);
+                break;
+            }
+        }
+        QByteArray input = lines.join('\n');
+        if (run % 7 == 3) // raw byte damage, which may also upset the decoding
+            for (int k = rng.bounded(1, 20); k > 0 && !input.isEmpty(); --k)
+                input[rng.bounded(static_cast<int>(input.size()))] = char(rng.bounded(256));
+        if (run % 11 == 5)
+            input.truncate(rng.bounded(static_cast<int>(input.size()) + 1));
+        if (run % 97 == 0)
+            input = junk(3000);
+
+        const QString text = LegacyText::decode(input);
+        slowest.start();
+        const BankChecker::Report report =
+            BankChecker::check(text, QStringLiteral("f"), &m_elements);
+        worst = qMax(worst, slowest.elapsed());
+
+        const int lineCount = lineCountOf(text);
+        for (const auto& f : report.findings) {
+            QVERIFY2(f.line >= 0 && f.line <= lineCount, qPrintable(f.toString()));
+            QVERIFY(!f.text.isEmpty());
+            QCOMPARE(f.file, QStringLiteral("f"));
+        }
+        QCOMPARE(report.exitCode(), report.findings.isEmpty() ? 0 : 1);
+        QCOMPARE(report.errorCount() + report.warningCount(), int(report.findings.size()));
+        QVERIFY(report.summary.startsWith(QStringLiteral("f: ")));
+        if (!report.findings.isEmpty())
+            ++withNotes;
+    }
+    QVERIFY2(worst < 2000, qPrintable(QStringLiteral("slowest check took %1 ms").arg(worst)));
+    // Nearly every damage is noticed; a swap of two equal lines is not.
+    QVERIFY(withNotes > runs * 8 / 10);
+    qInfo("%d damaged banks checked, %d with notes, slowest %lld ms", runs, withNotes, worst);
+}
+
+QTEST_GUILESS_MAIN(TestBankChecker)
+#include "test_bank_checker.moc"

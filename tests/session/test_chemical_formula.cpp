@@ -1,0 +1,191 @@
+#include "session/ChemicalFormula.h"
+
+#include <QtTest>
+
+namespace {
+
+// "Ca:1 H:2 O:2" from the counts, in the map's (alphabetical) order.
+QString atomsText(const ChemicalFormula& f) {
+    QStringList out;
+    for (auto it = f.counts().cbegin(); it != f.counts().cend(); ++it)
+        out << QStringLiteral("%1:%2").arg(it.key()).arg(it.value());
+    return out.join(u' ');
+}
+
+} // namespace
+
+class TestChemicalFormula : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void countsAtoms_data();
+    void countsAtoms();
+    void refusesBrokenFormulas_data();
+    void refusesBrokenFormulas();
+    void keepsPiecesForDisplay();
+    void survivesHostileInput();
+};
+
+void TestChemicalFormula::countsAtoms_data() {
+    QTest::addColumn<QString>("formula");
+    QTest::addColumn<QString>("atoms");
+    QTest::addColumn<int>("charge");
+    QTest::addColumn<bool>("charged");
+    QTest::newRow("water") << "H2O"
+                           << "H:2 O:1" << 0 << false;
+    QTest::newRow("two-letter symbols") << "NaCl"
+                                        << "Cl:1 Na:1" << 0 << false;
+    QTest::newRow("same element twice") << "CH3COOH"
+                                        << "C:2 H:4 O:2" << 0 << false;
+    QTest::newRow("group") << "Ca(OH)2"
+                           << "Ca:1 H:2 O:2" << 0 << false;
+    QTest::newRow("group and counts") << "Ca3(PO4)2"
+                                      << "Ca:3 O:8 P:2" << 0 << false;
+    QTest::newRow("group first") << "(NH4)2SO4"
+                                 << "H:8 N:2 O:4 S:1" << 0 << false;
+    QTest::newRow("nested") << "((CH3)3C)2O"
+                            << "C:8 H:18 O:1" << 0 << false;
+    QTest::newRow("group without count") << "Al(OH)"
+                                         << "Al:1 H:1 O:1" << 0 << false;
+    QTest::newRow("hydrate") << "CuSO4·5H2O"
+                             << "Cu:1 H:10 O:9 S:1" << 0 << false;
+    QTest::newRow("hydrate without multiplier") << "CaSO4·H2O"
+                                                << "Ca:1 H:2 O:5 S:1" << 0 << false;
+    QTest::newRow("two dots") << "A·2B·3C"
+                              << "A:1 B:2 C:3" << 0 << false;
+    QTest::newRow("anion") << "SO4^2-"
+                           << "O:4 S:1" << -2 << true;
+    QTest::newRow("cation") << "Fe^3+"
+                            << "Fe:1" << 3 << true;
+    QTest::newRow("single charge") << "Na^+"
+                                   << "Na:1" << 1 << true;
+    QTest::newRow("single negative") << "OH^-"
+                                     << "H:1 O:1" << -1 << true;
+    QTest::newRow("written 1") << "Cl^1-"
+                               << "Cl:1" << -1 << true;
+    QTest::newRow("ion with group") << "Cu(NH3)4^2+"
+                                    << "Cu:1 H:12 N:4" << 2 << true;
+    QTest::newRow("three letters") << "Uue"
+                                   << "Uue:1" << 0 << false;
+    QTest::newRow("big count") << "C60"
+                               << "C:60" << 0 << false;
+}
+
+void TestChemicalFormula::countsAtoms() {
+    QFETCH(QString, formula);
+    QFETCH(QString, atoms);
+    QFETCH(int, charge);
+    QFETCH(bool, charged);
+    const ChemicalFormula f = ChemicalFormula::parse(formula);
+    QVERIFY2(f.isValid(), qPrintable(f.error()));
+    QVERIFY(f.error().isEmpty());
+    QCOMPARE(atomsText(f), atoms);
+    QCOMPARE(f.charge(), charge);
+    QCOMPARE(f.hasCharge(), charged);
+    QCOMPARE(f.text(), formula);
+}
+
+void TestChemicalFormula::refusesBrokenFormulas_data() {
+    QTest::addColumn<QString>("formula");
+    QTest::addColumn<int>("position");
+    QTest::newRow("empty") << "" << 0;
+    QTest::newRow("lower case start") << "h2o" << 0;
+    QTest::newRow("leading coefficient") << "2H2O" << 0;
+    QTest::newRow("count zero") << "H0" << 1;
+    QTest::newRow("leading zero") << "H02" << 1;
+    QTest::newRow("unclosed") << "Ca(OH2" << 2;
+    QTest::newRow("stray close") << "CaOH)2" << 4;
+    QTest::newRow("empty group") << "Ca()2" << 3;
+    QTest::newRow("blank") << "H2 O" << 2;
+    QTest::newRow("comma") << "H2,O" << 2;
+    QTest::newRow("charge without sign") << "SO4^2" << 5;
+    QTest::newRow("charge alone") << "^2-" << 0;
+    QTest::newRow("zero charge") << "Na^0+" << 3;
+    QTest::newRow("text after charge") << "Fe^3+Cl" << 5;
+    QTest::newRow("charge inside group") << "Ca(OH^-)2" << 2;
+    QTest::newRow("dot at the end") << "CuSO4·" << 6;
+    QTest::newRow("dot at the start") << "·5H2O" << 0;
+    QTest::newRow("two dots together") << "CuSO4··H2O" << 6;
+    QTest::newRow("dot zero") << "CuSO4·0H2O" << 6;
+    QTest::newRow("dot in group") << "Ca(OH·H2O)" << 2;
+    QTest::newRow("long symbol") << "Abcd" << 0;
+    QTest::newRow("huge count") << "H99999999999999999999" << 1;
+    QTest::newRow("counts multiply past the limit") << "((H1000)1000)" << 7;
+    QTest::newRow("plus inside") << "H2+O2" << 2;
+}
+
+void TestChemicalFormula::refusesBrokenFormulas() {
+    QFETCH(QString, formula);
+    QFETCH(int, position);
+    const ChemicalFormula f = ChemicalFormula::parse(formula);
+    QVERIFY(!f.isValid());
+    QVERIFY(!f.error().isEmpty());
+    QCOMPARE(f.errorPosition(), qsizetype(position));
+    // A refused formula must not leave half a result behind.
+    QVERIFY(f.counts().isEmpty());
+    QVERIFY(f.pieces().isEmpty());
+    QCOMPARE(f.charge(), 0);
+}
+
+void TestChemicalFormula::keepsPiecesForDisplay() {
+    using K = ChemicalFormula::PieceKind;
+    const ChemicalFormula f = ChemicalFormula::parse(u"Ca3(PO4)2·12H2O");
+    QVERIFY(f.isValid());
+    QStringList shown;
+    for (const ChemicalFormula::Piece& p : f.pieces()) {
+        const char* tag = p.kind == K::Element      ? "E"
+                          : p.kind == K::Count      ? "_"
+                          : p.kind == K::Open       ? "("
+                          : p.kind == K::Close      ? ")"
+                          : p.kind == K::Dot        ? "."
+                          : p.kind == K::Multiplier ? "x"
+                                                    : "^";
+        shown << QLatin1String(tag) + p.text;
+    }
+    QCOMPARE(shown.join(u' '), QStringLiteral("ECa _3 (( EP EO _4 )) _2 .· x12 EH _2 EO"));
+    QCOMPARE(f.symbols(), (QStringList{"Ca", "P", "O", "H"}));
+
+    const ChemicalFormula ion = ChemicalFormula::parse(u"SO4^2-");
+    QCOMPARE(ion.pieces().size(), 4);
+    QCOMPARE(ion.pieces().last().kind, K::Charge);
+    QCOMPARE(ion.pieces().last().text, QStringLiteral("2-"));
+    // Joining the pieces gives the formula back, "^" aside.
+    QString joined;
+    for (const auto& p : ion.pieces())
+        joined += (p.kind == K::Charge ? QStringLiteral("^") : QString()) + p.text;
+    QCOMPARE(joined, ion.text());
+
+    QVERIFY(ChemicalFormula::parse(u"CH3COOH").sameComposition(ChemicalFormula::parse(u"C2H4O2")));
+    QVERIFY(!ChemicalFormula::parse(u"OH^-").sameComposition(ChemicalFormula::parse(u"OH")));
+}
+
+void TestChemicalFormula::survivesHostileInput() {
+    // Deep nesting must be refused, not recursed into; long lines must stay fast.
+    const QString deep = QString(100000, u'(') + QStringLiteral("H") + QString(100000, u')');
+    const ChemicalFormula d = ChemicalFormula::parse(deep);
+    QVERIFY(!d.isValid());
+    QCOMPARE(d.errorPosition(), qsizetype(ChemicalFormula::kMaxDepth));
+
+    QString allowed;
+    for (int i = 0; i < ChemicalFormula::kMaxDepth; ++i)
+        allowed += u'(';
+    allowed += QStringLiteral("H2");
+    for (int i = 0; i < ChemicalFormula::kMaxDepth; ++i)
+        allowed += QStringLiteral(")2");
+    // 2^17 atoms exceed the limit, 2^16 would not.
+    QVERIFY(!ChemicalFormula::parse(allowed).isValid());
+    allowed.chop(1);
+    const ChemicalFormula ok = ChemicalFormula::parse(allowed);
+    QVERIFY2(ok.isValid(), qPrintable(ok.error()));
+    QCOMPARE(ok.count(QStringLiteral("H")), 1 << 16);
+
+    QString longChain;
+    for (int i = 0; i < 20000; ++i)
+        longChain += QStringLiteral("CH2");
+    const ChemicalFormula chain = ChemicalFormula::parse(longChain);
+    QVERIFY(chain.isValid());
+    QCOMPARE(chain.count(QStringLiteral("C")), 20000);
+    QCOMPARE(chain.symbols().size(), 2);
+}
+
+QTEST_APPLESS_MAIN(TestChemicalFormula)
+#include "test_chemical_formula.moc"

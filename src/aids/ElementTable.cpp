@@ -3,8 +3,6 @@
 #include "session/LegacyText.h"
 #include "session/TextLines.h"
 
-#include <QFile>
-
 namespace {
 
 bool allDigits(QStringView s) {
@@ -55,12 +53,8 @@ bool isSymbol(QStringView s) {
 } // namespace
 
 ElementTable ElementTable::load(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return ElementTable();
-    ElementTable table = fromText(LegacyText::decode(file.readAll()));
-    table.m_fileRead = true;
-    return table;
+    const std::optional<QString> text = LegacyText::readFile(path);
+    return text ? fromText(*text) : ElementTable();
 }
 
 ElementTable ElementTable::fromText(QStringView text) {

@@ -1,5 +1,6 @@
 #include "session/LegacyText.h"
 
+#include <QFile>
 #include <QStringDecoder>
 #include <array>
 
@@ -127,4 +128,11 @@ QString LegacyText::decode(QByteArrayView bytes, Encoding* found) {
     if (found)
         *found = Encoding::Windows1252;
     return decodeWindows1252(bytes);
+}
+
+std::optional<QString> LegacyText::readFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return decode(file.readAll());
 }

@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 #include <QString>
 #include <QStringView>
+#include <optional>
 
 // Text files of the program (task bank, element table, names list) come from
 // Windows machines in code page 1252, but a teacher's modern editor may save
@@ -17,6 +18,9 @@ public:
     // valid UTF-8 with at least one multi-byte sequence; otherwise Windows-1252 (all 256 code
     // points).
     static QString decode(QByteArrayView bytes, Encoding* found = nullptr);
+
+    // Reads and decodes a whole file; nullopt when it cannot be opened.
+    static std::optional<QString> readFile(const QString& path);
 
     static QString decodeWindows1252(QByteArrayView bytes);
     // Characters outside the code page become '?'.

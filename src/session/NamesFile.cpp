@@ -3,7 +3,6 @@
 #include "session/LegacyText.h"
 #include "session/TextLines.h"
 
-#include <QFile>
 #include <QSaveFile>
 
 namespace {
@@ -135,10 +134,10 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
 bool NamesFile::load() {
     m_names.clear();
     m_difficulty = -1;
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly))
+    const std::optional<QString> text = LegacyText::readFile(m_path);
+    if (!text)
         return false;
-    parse(LegacyText::decode(file.readAll()), &m_names, &m_difficulty);
+    parse(*text, &m_names, &m_difficulty);
     return true;
 }
 

@@ -4,8 +4,6 @@
 #include "session/TextLines.h"
 #include "session/TextRules.h"
 
-#include <QFile>
-
 namespace {
 
 const QString kSeparator = QStringLiteral("*");
@@ -85,16 +83,13 @@ int TaskBank::basicCount(Section s) const {
 }
 
 TaskBank TaskBank::LoadTaskBank(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const std::optional<QString> text = LegacyText::readFile(path);
+    if (!text) {
         TaskBank empty;
         empty.fileRead = false;
         return empty;
     }
-    const QByteArray bytes = file.readAll();
-    TaskBank bank = fromText(LegacyText::decode(bytes));
-    bank.fileRead = true;
-    return bank;
+    return fromText(*text);
 }
 
 TaskBank TaskBank::fromText(QStringView text) {

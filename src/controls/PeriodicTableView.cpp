@@ -2,6 +2,7 @@
 
 #include "controls/Look.h"
 
+#include <QHash>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -12,28 +13,20 @@ namespace {
 constexpr int kLegendHeight = 34;
 constexpr int kMargin = 8;
 
+// One table instead of a chain of compares: the names are UTF-8 literals
+// throughout, so "Übergangsmetall" cannot silently miss its colour again.
 QColor categoryColour(const QString& category) {
-    if (category == QLatin1String("Alkalimetall"))
-        return QColor(0xff, 0xcc, 0x80);
-    if (category == QLatin1String("Erdalkalimetall"))
-        return QColor(0xff, 0xe0, 0x82);
-    if (category == QStringLiteral("Übergangsmetall"))
-        return QColor(0xf8, 0xbb, 0xd0);
-    if (category == QLatin1String("Metall"))
-        return QColor(0xc5, 0xca, 0xe9);
-    if (category == QLatin1String("Halbmetall"))
-        return QColor(0xb2, 0xdf, 0xdb);
-    if (category == QLatin1String("Nichtmetall"))
-        return QColor(0xc8, 0xe6, 0xc9);
-    if (category == QLatin1String("Halogen"))
-        return QColor(0xdc, 0xed, 0xc8);
-    if (category == QLatin1String("Edelgas"))
-        return QColor(0xb3, 0xe5, 0xfc);
-    if (category == QLatin1String("Lanthanoid"))
-        return QColor(0xe1, 0xbe, 0xe7);
-    if (category == QLatin1String("Actinoid"))
-        return QColor(0xd1, 0xc4, 0xe9);
-    return QColor(0xec, 0xef, 0xf1);
+    static const QHash<QString, QRgb> colours = {{QStringLiteral("Alkalimetall"), 0xffcc80},
+                                                 {QStringLiteral("Erdalkalimetall"), 0xffe082},
+                                                 {QStringLiteral("Übergangsmetall"), 0xf8bbd0},
+                                                 {QStringLiteral("Metall"), 0xc5cae9},
+                                                 {QStringLiteral("Halbmetall"), 0xb2dfdb},
+                                                 {QStringLiteral("Nichtmetall"), 0xc8e6c9},
+                                                 {QStringLiteral("Halogen"), 0xdcedc8},
+                                                 {QStringLiteral("Edelgas"), 0xb3e5fc},
+                                                 {QStringLiteral("Lanthanoid"), 0xe1bee7},
+                                                 {QStringLiteral("Actinoid"), 0xd1c4e9}};
+    return QColor(colours.value(category, 0xeceff1));
 }
 
 QString germanNumber(double value, int decimals) {

@@ -6,7 +6,7 @@
 // Usage: labquiz_bench [--records N] [--runs N]
 
 #include "app/StartUp.h"
-#include "session/LegacyText.h"
+#include "chem/LegacyText.h"
 #include "session/RandomSource.h"
 #include "session/TaskBank.h"
 

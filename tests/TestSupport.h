@@ -3,7 +3,7 @@
 // Small helpers shared by the tests: answering modal notices, writing task
 // banks, and finding named controls.
 
-#include "session/LegacyText.h"
+#include "chem/LegacyText.h"
 
 #include <QAbstractButton>
 #include <QApplication>

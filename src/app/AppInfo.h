@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/CommandLine.h"
+#include "session/CandidateRecords.h"
 #include "session/NamesFile.h"
 
 #include <QProcessEnvironment>
@@ -14,7 +15,7 @@ class QWidget;
 // The application-information object: who the program is, where its data
 // folder lies, the names of earlier candidates and the remembered level, the
 // session log, and the program's own notices.
-class AppInfo final {
+class AppInfo final : public CandidateRecords {
 public:
     static constexpr const char* kProductName = "Laborix Test";
     static constexpr const char* kShortName = "LabQuiz";
@@ -23,7 +24,7 @@ public:
     static constexpr const char* kLogName = "laborix.log";
 
     AppInfo(CommandLine commandLine, QProcessEnvironment environment);
-    ~AppInfo();
+    ~AppInfo() override;
 
     const CommandLine& commandLine() const { return m_commandLine; }
 
@@ -49,19 +50,18 @@ public:
     // the successor keeps trying to take it over.
     bool holdsInstance() const;
 
-    NamesFile& names() { return m_names; }
-    bool addName(const QString& name);
-    bool removeName(const QString& name);
+    NamesFile& names() override { return m_names; }
+    bool addName(const QString& name) override;
+    bool removeName(const QString& name) override;
     int difficulty() const { return m_names.difficulty(); }
-    void setDifficulty(int level);
+    void setDifficulty(int level) override;
 
-    // Appends one line to the session log.
-    void log(const QString& line);
-    void logStart(const QString& record, const QString& name);
+    void log(const QString& line) override;
+    void logStart(const QString& record, const QString& name) override;
     void endSession();
 
     void showInfo(QWidget* parent) const;
-    void message(QWidget* parent, const QString& text) const;
+    void message(QWidget* parent, const QString& text) const override;
 
 private:
     CommandLine m_commandLine;

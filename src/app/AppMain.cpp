@@ -11,7 +11,7 @@
 #include "controls/PeriodicTableView.h"
 #include "controls/PraisePanel.h"
 #include "pages/PageSet.h"
-#include "session/StartPage.h"
+#include "pages/StartPage.h"
 #include "session/TestFlow.h"
 
 #include <QAction>

@@ -1,7 +1,7 @@
 #include "app/AppInfo.h"
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
-#include "session/BankChecker.h"
+#include "checker/BankChecker.h"
 
 #include <QApplication>
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "aids/ElementTable.h"
+#include "chem/ElementTable.h"
 
 #include <QPoint>
 #include <QRect>

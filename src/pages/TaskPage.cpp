@@ -38,7 +38,7 @@ private:
 } // namespace
 
 TaskPage::TaskPage(TestFlow& flow, int pageNumber, int buttonNumber, QWidget* parent)
-    : QWidget(parent), m_flow(flow), m_pageNumber(pageNumber), m_buttonNumber(buttonNumber) {
+    : FlowPage(pageNumber, parent), m_flow(flow), m_buttonNumber(buttonNumber) {
     setObjectName(QStringLiteral("Seite(%1)").arg(pageNumber));
     setProperty("taskPage", true);
     setAttribute(Qt::WA_StyledBackground, true);
@@ -229,7 +229,7 @@ void TaskPage::check() {
 }
 
 void TaskPage::goOn() {
-    const int next = TestFlow::nextPageAfter(m_pageNumber);
+    const int next = TestFlow::nextPageAfter(pageNumber());
     if (next < 0)
         m_flow.finishTest();
     else

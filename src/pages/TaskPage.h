@@ -1,5 +1,6 @@
 #pragma once
 
+#include "session/FlowPage.h"
 #include "session/TaskBank.h"
 
 #include <QList>
@@ -20,14 +21,13 @@ struct SessionState;
 // tasks when it slides in and judges them when "&OK" is pressed; the frame
 // around that (counting, colours, praise, score) lives here so that each
 // page only says what to draw and how to judge.
-class TaskPage : public QWidget {
+class TaskPage : public FlowPage {
     Q_OBJECT
 public:
     // pageNumber: the container number (Seite(n)); buttonNumber: the number
     // in the name of the page's button pair (OKS<n>).
     TaskPage(TestFlow& flow, int pageNumber, int buttonNumber, QWidget* parent);
 
-    int pageNumber() const { return m_pageNumber; }
     int buttonNumber() const { return m_buttonNumber; }
     QPushButton* okButton() const { return m_ok; }
     QPushButton* nextButton() const { return m_next; }
@@ -36,7 +36,7 @@ public:
     QString bankNotice() const;
 
     // Draws the page afresh (GenerateTest's block for this page).
-    void generate();
+    void generate() override;
     // "&OK": marks the page once.
     void check();
     // "&Weiter".
@@ -84,7 +84,6 @@ private:
     QString bankProblem() const;
 
     TestFlow& m_flow;
-    int m_pageNumber;
     int m_buttonNumber;
     bool m_checked = false;
     QLabel* m_title;

@@ -1,7 +1,7 @@
 #include "session/NamesFile.h"
 
-#include "session/LegacyText.h"
-#include "session/TextLines.h"
+#include "chem/LegacyText.h"
+#include "chem/TextLines.h"
 
 #include <QSaveFile>
 

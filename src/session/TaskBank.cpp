@@ -1,7 +1,7 @@
 #include "session/TaskBank.h"
 
-#include "session/LegacyText.h"
-#include "session/TextLines.h"
+#include "chem/LegacyText.h"
+#include "chem/TextLines.h"
 #include "session/TextRules.h"
 
 namespace {

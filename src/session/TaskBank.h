@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/TermList.h"
+#include "session/TermList.h"
 
 #include <QList>
 #include <QString>

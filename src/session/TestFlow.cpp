@@ -2,7 +2,6 @@
 
 #include "controls/GradeMark.h"
 #include "controls/PraisePanel.h"
-#include "pages/TaskPage.h"
 #include "session/Grades.h"
 
 #include <QCoreApplication>
@@ -65,7 +64,7 @@ void TestFlow::setStartPage(QWidget* page, std::function<void()> generate) {
     m_generateStart = std::move(generate);
 }
 
-void TestFlow::addPage(TaskPage* page) {
+void TestFlow::addPage(FlowPage* page) {
     m_pages.insert(page->pageNumber(), page);
 }
 
@@ -75,7 +74,7 @@ QWidget* TestFlow::pageWidget(int number) const {
     return m_pages.value(number);
 }
 
-TaskPage* TestFlow::taskPage(int number) const {
+FlowPage* TestFlow::flowPage(int number) const {
     return m_pages.value(number);
 }
 
@@ -188,7 +187,7 @@ void TestFlow::GenerateTest(int page) {
             m_generateStart();
         return;
     }
-    if (TaskPage* p = m_pages.value(page))
+    if (FlowPage* p = m_pages.value(page))
         p->generate();
 }
 

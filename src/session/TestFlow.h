@@ -1,5 +1,6 @@
 #pragma once
 
+#include "session/FlowPage.h"
 #include "session/RandomSource.h"
 #include "session/SessionState.h"
 #include "session/TaskBank.h"
@@ -49,9 +50,14 @@ public:
     }
 
     void setStartPage(QWidget* page, std::function<void()> generate);
-    void addPage(TaskPage* page);
+    void addPage(FlowPage* page);
     QWidget* pageWidget(int number) const;
-    TaskPage* taskPage(int number) const;
+    FlowPage* flowPage(int number) const;
+    // The page as the kind of page its caller knows (pages/TaskPage by
+    // default); the flow itself only needs what every page has.
+    template <class Page = TaskPage> Page* taskPage(int number) const {
+        return static_cast<Page*>(flowPage(number));
+    }
 
     void setScoreBoard(QLabel* tasks, QLabel* correct, GradeMark* mark);
     void setPraisePanel(PraisePanel* panel);
@@ -93,7 +99,7 @@ private:
     std::unique_ptr<RandomSource> m_random;
     QPointer<QWidget> m_startPage;
     std::function<void()> m_generateStart;
-    QMap<int, QPointer<TaskPage>> m_pages;
+    QMap<int, QPointer<FlowPage>> m_pages;
     QPointer<QLabel> m_tasksLabel;
     QPointer<QLabel> m_correctLabel;
     QPointer<GradeMark> m_mark;

@@ -3,8 +3,8 @@
 #include "app/AppMain.h"
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
+#include "pages/StartPage.h"
 #include "pages/TaskPage.h"
-#include "session/StartPage.h"
 #include "session/TestFlow.h"
 
 #include <QAction>

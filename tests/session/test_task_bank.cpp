@@ -1,5 +1,5 @@
 #include "TestSupport.h"
-#include "session/LegacyText.h"
+#include "chem/LegacyText.h"
 #include "session/TaskBank.h"
 
 #include <QTemporaryDir>

@@ -1,9 +1,9 @@
 #include "TestSupport.h"
-#include "aids/ElementTable.h"
-#include "session/BankChecker.h"
-#include "session/LegacyText.h"
+#include "checker/BankChecker.h"
+#include "chem/ElementTable.h"
+#include "chem/LegacyText.h"
+#include "chem/TextLines.h"
 #include "session/TaskBank.h"
-#include "session/TextLines.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>

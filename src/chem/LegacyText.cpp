@@ -1,4 +1,4 @@
-#include "session/LegacyText.h"
+#include "chem/LegacyText.h"
 
 #include <QFile>
 #include <QStringDecoder>

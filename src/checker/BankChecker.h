@@ -1,5 +1,6 @@
 #pragma once
 
+#include "checker/CheckFinding.h"
 #include "session/TaskBank.h"
 
 #include <QList>
@@ -17,17 +18,8 @@ class ElementTable;
 // elements.dat. It only collects notes; printing is the caller's part.
 class BankChecker final {
 public:
-    enum class Severity { Error, Warning };
-
-    struct Finding {
-        QString file; // as the notes print it
-        int line = 0; // 0: about the file as a whole
-        Severity severity = Severity::Error;
-        QString text; // German
-
-        // "FILE:LINE: text", warnings marked with "Warnung: ".
-        QString toString() const;
-    };
+    using Severity = CheckSeverity;
+    using Finding = CheckFinding;
 
     struct Report {
         QList<Finding> findings;

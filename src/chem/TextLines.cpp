@@ -1,4 +1,4 @@
-#include "session/TextLines.h"
+#include "chem/TextLines.h"
 
 bool TextLines::next(QStringView& line) {
     const qsizetype n = m_text.size();

@@ -1,7 +1,7 @@
-#include "aids/ElementTable.h"
+#include "chem/ElementTable.h"
 
-#include "session/LegacyText.h"
-#include "session/TextLines.h"
+#include "chem/LegacyText.h"
+#include "chem/TextLines.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "controls/FormulaText.h"
+#include "chem/FormulaText.h"
 
 #include <QRegularExpression>
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppInfo;
+class CandidateRecords;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -16,7 +16,7 @@ class TestFlow;
 class StartPage final : public QWidget {
     Q_OBJECT
 public:
-    StartPage(TestFlow& flow, AppInfo& info, QWidget* parent, QLabel* streberMarker);
+    StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QLabel* streberMarker);
 
     // Selects the level option with this index (from the remembered level).
     void presetLevel(int level);
@@ -38,7 +38,7 @@ protected:
 
 private:
     TestFlow& m_flow;
-    AppInfo& m_info;
+    CandidateRecords& m_info;
     QLabel* m_streber;
     QLineEdit* m_name;
     QListWidget* m_list;

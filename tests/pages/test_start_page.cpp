@@ -3,9 +3,9 @@
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "controls/MelodyPlayer.h"
+#include "pages/StartPage.h"
 #include "pages/TaskPage.h"
 #include "session/NamesFile.h"
-#include "session/StartPage.h"
 #include "session/TestFlow.h"
 
 #include <QComboBox>

@@ -1,8 +1,9 @@
-#include "session/StartPage.h"
+#include "pages/StartPage.h"
 
-#include "app/AppInfo.h"
 #include "controls/MelodyPlayer.h"
 #include "controls/NoticeBox.h"
+#include "session/CandidateRecords.h"
+#include "session/NamesFile.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
@@ -20,7 +21,7 @@
 #include <QTime>
 #include <QVBoxLayout>
 
-StartPage::StartPage(TestFlow& flow, AppInfo& info, QWidget* parent, QLabel* streberMarker)
+StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QLabel* streberMarker)
     : QWidget(parent), m_flow(flow), m_info(info), m_streber(streberMarker) {
     setObjectName(QStringLiteral("Seite(0)"));
     setProperty("taskPage", true);

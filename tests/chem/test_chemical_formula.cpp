@@ -1,4 +1,4 @@
-#include "session/ChemicalFormula.h"
+#include "chem/ChemicalFormula.h"
 
 #include <QtTest>
 

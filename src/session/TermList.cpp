@@ -1,4 +1,4 @@
-#include "controls/TermList.h"
+#include "session/TermList.h"
 
 TermList TermList::Build(QStringView line, QStringView separator) {
     TermList list;

@@ -25,6 +25,7 @@
 #include <QMenuBar>
 #include <QProcess>
 #include <QResizeEvent>
+#include <QScreen>
 
 AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     setObjectName(QStringLiteral("frm_AppMain"));
@@ -41,8 +42,14 @@ AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     // The result form comes between the last page and the new-test question
     // once it exists; until then the test ends with the question itself.
     connect(m_flow, &TestFlow::testFinished, this, &AppMain::mnu_FileNew_Click);
-    setMinimumSize(kHolderWidth + 16, kHolderHeight + kHeaderHeight + kFooterHeight + 40);
-    resize(kHolderWidth + 120, kHolderHeight + kHeaderHeight + kFooterHeight + 90);
+    const int cardStack = kHolderHeight + kHeaderHeight + kFooterHeight;
+    setMinimumSize(kHolderWidth + 16, cardStack + 24);
+    // Some room around the card where the screen has it; on a school laptop
+    // with a taskbar (1366×700 usable) the window takes what is there.
+    QSize wanted(kHolderWidth + 120, cardStack + 90);
+    if (const QScreen* s = screen())
+        wanted = wanted.boundedTo(s->availableGeometry().size() - QSize(0, 32));
+    resize(wanted.expandedTo(minimumSize()));
 }
 
 AppMain::~AppMain() = default;
@@ -59,7 +66,7 @@ void AppMain::buildBars() {
     auto* headerRow = new QHBoxLayout(m_header);
     headerRow->setContentsMargins(16, 4, 18, 4);
     auto* mascot = new Mascot(m_header);
-    mascot->setFixedSize(46, 54);
+    mascot->setFixedSize(34, 40);
     headerRow->addWidget(mascot);
     auto* nameBox = new QWidget(m_header);
     auto* nameCol = new QVBoxLayout(nameBox);
@@ -87,7 +94,7 @@ void AppMain::buildBars() {
     m_footer->setObjectName(QStringLiteral("bar_Sep"));
     m_footer->setFixedSize(kHolderWidth, kFooterHeight);
     auto* footerRow = new QHBoxLayout(m_footer);
-    footerRow->setContentsMargins(18, 6, 18, 6);
+    footerRow->setContentsMargins(18, 4, 18, 4);
     footerRow->setSpacing(8);
     auto addCounter = [&](const QString& caption, const QString& name) {
         footerRow->addWidget(new QLabel(caption, m_footer));

@@ -22,9 +22,9 @@ class AppMain final : public QMainWindow {
     Q_OBJECT
 public:
     static constexpr int kHolderWidth = 960;
-    static constexpr int kHolderHeight = 600;
-    static constexpr int kHeaderHeight = 64;
-    static constexpr int kFooterHeight = 56;
+    static constexpr int kHolderHeight = 520;
+    static constexpr int kHeaderHeight = 48;
+    static constexpr int kFooterHeight = 44;
 
     explicit AppMain(AppInfo& info);
     ~AppMain() override;

@@ -13,7 +13,7 @@ public:
 
     QString text() const { return m_text; }
     void setText(const QString& text);
-    QSize sizeHint() const override { return {44, 44}; }
+    QSize sizeHint() const override { return {36, 36}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -41,9 +41,9 @@ struct Fixture {
     ElementPage* page;
 
     Fixture() {
-        holder.resize(960, 600);
+        holder.resize(960, 520);
         page = new ElementPage(flow, &holder);
-        page->resize(960, 600);
+        page->resize(960, 520);
         flow.addPage(page);
         flow.setPraisePanel(new PraisePanel(&holder));
         flow.setScoreBoard(&tasks, &correct, &mark);

@@ -23,6 +23,7 @@ QLabel[role="pageTitle"] { background: #1b7f8c; color: #ffffff; font-size: 17px;
 QLabel[role="groupTitle"] { color: #125c66; font-size: 15px; font-weight: 600; }
 QLabel[role="hint"] { color: #607d8b; font-size: 12px; font-style: italic; }
 QLabel[role="prompt"] { font-size: 15px; }
+QLabel[role="formula"] { font-size: 16px; color: #263238; }
 QLabel[role="notice"] { color: #8a1c1c; background: #fff4e5; border: 1px solid #f0c27b;
     border-radius: 6px; padding: 12px; font-size: 14px; }
 QLineEdit { border: 1px solid #b0bec5; border-radius: 4px; padding: 4px 6px; font-size: 15px;

@@ -3,12 +3,17 @@
 //   RandomBetween draws per second,
 //   time and peak memory from process start to the start page shown, against
 //   an empty Qt main window shown the same way.
+//   drawing and checking each task page (GenerateTest and "&OK") on the shipped
+//   task bank.
 // Usage: labquiz_bench [--records N] [--runs N]
 
+#include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "chem/LegacyText.h"
+#include "pages/TaskPage.h"
 #include "session/RandomSource.h"
 #include "session/TaskBank.h"
+#include "session/TestFlow.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -116,6 +121,40 @@ int showAndReport(bool program, const QStringList& args) {
     return 0;
 }
 
+// Child mode: draws and checks every task page many times, unanswered, and
+// prints one line per page: "page N draw_us check_us".
+int measurePages(const QStringList& args, int rounds) {
+    int argc = 1;
+    char name[] = "labquiz_bench";
+    char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    auto* main = qobject_cast<AppMain*>(StartUp(args));
+    if (!main)
+        return 2;
+    TestFlow& flow = main->flow();
+    for (const int n : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
+        TaskPage* page = flow.taskPage(n);
+        if (!page)
+            continue;
+        page->show();
+        std::vector<double> draw, check;
+        for (int r = 0; r < rounds; ++r) {
+            QElapsedTimer t;
+            t.start();
+            flow.GenerateTest(n);
+            draw.push_back(t.nsecsElapsed() / 1e3);
+            t.restart();
+            page->check();
+            check.push_back(t.nsecsElapsed() / 1e3);
+        }
+        page->hide();
+        std::printf("page %d %.1f %.1f\n", n, median(draw), median(check));
+    }
+    std::fflush(stdout);
+    delete main;
+    return 0;
+}
+
 struct StartFigures {
     double ms;
     long rssKiB;
@@ -158,6 +197,8 @@ int main(int argc, char* argv[]) {
             args << QString::fromLocal8Bit(argv[i]);
         return showAndReport(qstrcmp(argv[1], "--child-program") == 0, args);
     }
+    if (argc >= 2 && qstrcmp(argv[1], "--child-pages") == 0)
+        return measurePages({QString::fromLocal8Bit(argv[0]), QStringLiteral("/NEW")}, 200);
     QCoreApplication app(argc, argv);
     int records = 1'000'000;
     int runs = 5;
@@ -253,6 +294,26 @@ int main(int argc, char* argv[]) {
         empty.rssKiB / 1024.0, QStringLiteral("MiB"),
         double(program.rssKiB) / double(empty.rssKiB));
     out << "  target: within 1.2 x the empty window's memory\n";
+
+    QProcess pages;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    env.insert(QStringLiteral("LABQUIZ_DATA"), data.path());
+    pages.setProcessEnvironment(env);
+    pages.start(self, {QStringLiteral("--child-pages")});
+    pages.waitForFinished(300000);
+    out << "\ntask pages on the shipped bank (median of 200 draws and checks, unanswered; "
+           "target < 1 ms each)\n";
+    const QList<QByteArray> pageLines = pages.readAllStandardOutput().trimmed().split('\n');
+    for (const QByteArray& line : pageLines) {
+        const QList<QByteArray> f = line.split(' ');
+        if (f.size() != 4 || f[0] != "page")
+            continue;
+        out << QStringLiteral("  page %1  draw %2 ms  check %3 ms\n")
+                   .arg(QString::fromLatin1(f[1]), 2)
+                   .arg(f[2].toDouble() / 1000.0, 0, 'f', 3)
+                   .arg(f[3].toDouble() / 1000.0, 0, 'f', 3);
+    }
     out << "(checksum " << sum % 1000 << ")\n";
     return 0;
 }

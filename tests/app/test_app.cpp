@@ -233,7 +233,7 @@ void TestApp::slidesThroughTheTestOrder() {
     QCOMPARE(shown, order);
     // The start page is never slid away; the task pages slide over it.
     QVERIFY(main->findChild<QWidget*>(QStringLiteral("Seite(0)"))->isVisible());
-    QCOMPARE(main->flow().state().TasksSoFar, 6);
+    QCOMPARE(main->flow().state().TasksSoFar, 12);
 }
 
 void TestApp::missingBankShowsNoticeAndGoesOn() {

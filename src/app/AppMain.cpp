@@ -10,8 +10,10 @@
 #include "controls/NoticeBox.h"
 #include "controls/PeriodicTableView.h"
 #include "controls/PraisePanel.h"
+#include "pages/ComprehensionPage.h"
 #include "pages/PageSet.h"
 #include "pages/StartPage.h"
+#include "result/AppResult.h"
 #include "session/TestFlow.h"
 
 #include <QAction>
@@ -39,9 +41,8 @@ AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     };
     buildBars();
     buildMenus();
-    // The result form comes between the last page and the new-test question
-    // once it exists; until then the test ends with the question itself.
-    connect(m_flow, &TestFlow::testFinished, this, &AppMain::mnu_FileNew_Click);
+    m_flow->setRecords(&m_info);
+    connect(m_flow, &TestFlow::testFinished, this, &AppMain::showResult);
     const int cardStack = kHolderHeight + kHeaderHeight + kFooterHeight;
     setMinimumSize(kHolderWidth + 16, cardStack + 24);
     // Some room around the card where the screen has it; on a school laptop
@@ -208,6 +209,29 @@ void AppMain::mnu_FileNew_Click() {
     if (NoticeBox::ask(this, QStringLiteral("Wirklich einen neuen Test beginnen?"),
                        QStringLiteral("Neu?")))
         startNewTest();
+}
+
+void AppMain::showResult() {
+    SessionState& state = m_flow->state();
+    auto* last = qobject_cast<ComprehensionPage*>(m_flow->flowPage(6));
+    const FinalResult result = last ? last->finalResult() : FinalGrade::prepare(state);
+    const int melody = m_startPage ? m_startPage->chosenMelody() : 0;
+    QPointer<AppResult> form = new AppResult(state, result, melody, this);
+    // "Nein" ends the program at once: the lock goes, the log is already
+    // written, and no question follows.
+    form->setQuitter([this] {
+        m_info.endSession();
+        m_quitting = true;
+        m_exiter();
+    });
+    if (m_resultHook)
+        m_resultHook(form);
+    form->exec();
+    const bool quit = !form || form->quitRequested();
+    delete form.data();
+    if (quit || m_quitting)
+        return;
+    mnu_FileNew_Click();
 }
 
 void AppMain::M_P_ENDE_Click() {

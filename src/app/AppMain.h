@@ -6,6 +6,7 @@
 #include <functional>
 
 class AppInfo;
+class AppResult;
 class AppSplash;
 class QAction;
 class QLabel;
@@ -43,6 +44,9 @@ public:
     void setLauncher(Launcher launcher) { m_launcher = std::move(launcher); }
     void setExiter(std::function<void()> exiter) { m_exiter = std::move(exiter); }
     QString successorCommand() const;
+    // Called with the result form before it is shown; tests use it to set
+    // the form's printer, player and documents folder.
+    void setResultHook(std::function<void(AppResult*)> hook) { m_resultHook = std::move(hook); }
 
     // Menu commands.
     void mnu_FileNew_Click();
@@ -60,6 +64,8 @@ private:
     void buildBars();
     void Form_Resize();
     void startNewTest();
+    // The end of a test: the result form, then the new-test command.
+    void showResult();
 
     AppInfo& m_info;
     TestFlow* m_flow = nullptr;
@@ -72,5 +78,6 @@ private:
     PeriodicTablePanel* m_periodicTable = nullptr;
     Launcher m_launcher;
     std::function<void()> m_exiter;
+    std::function<void(AppResult*)> m_resultHook;
     bool m_quitting = false;
 };

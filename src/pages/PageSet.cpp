@@ -1,5 +1,6 @@
 #include "pages/PageSet.h"
 
+#include "pages/ComprehensionPage.h"
 #include "pages/ElementPage.h"
 #include "pages/PendingPage.h"
 #include "session/TestFlow.h"
@@ -13,6 +14,7 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
         flow.addPage(page);
     };
     place(new ElementPage(flow, holder));
+    place(new ComprehensionPage(flow, holder));
     // Pages still to be built: they keep their place in the order so that a
     // test runs through to the end.
     struct Pending {
@@ -20,15 +22,10 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
         int buttons;
         const char* title;
     };
-    const Pending pending[] = {{2, 2, "Zahlsilben"},
-                               {3, 3, "Definitionen"},
-                               {4, 4, "Chemische Begriffe"},
-                               {5, 5, "Ionenladungen"},
-                               {6, 6, "Verständnisfragen"},
-                               {8, 7, "Molare Massen"},
-                               {9, 8, "Gleichungen einrichten"},
-                               {11, 11, "Formeln und Namen"},
-                               {12, 12, "Stoffmengen"}};
+    const Pending pending[] = {{2, 2, "Zahlsilben"},          {3, 3, "Definitionen"},
+                               {4, 4, "Chemische Begriffe"},  {5, 5, "Ionenladungen"},
+                               {8, 7, "Molare Massen"},       {9, 8, "Gleichungen einrichten"},
+                               {11, 11, "Formeln und Namen"}, {12, 12, "Stoffmengen"}};
     for (const Pending& p : pending)
         place(new PendingPage(flow, p.page, p.buttons, QString::fromUtf8(p.title), holder));
 }

@@ -13,6 +13,7 @@
 
 class QLabel;
 class QWidget;
+class CandidateRecords;
 class GradeMark;
 class PraisePanel;
 class TaskPage;
@@ -59,6 +60,10 @@ public:
         return static_cast<Page*>(flowPage(number));
     }
 
+    // Where the pages keep what a teacher reads later (the session log).
+    void setRecords(CandidateRecords* records) { m_records = records; }
+    CandidateRecords* records() const { return m_records; }
+
     void setScoreBoard(QLabel* tasks, QLabel* correct, GradeMark* mark);
     void setPraisePanel(PraisePanel* panel);
     PraisePanel* praisePanel() const;
@@ -104,6 +109,7 @@ private:
     QPointer<QLabel> m_correctLabel;
     QPointer<GradeMark> m_mark;
     QPointer<PraisePanel> m_praise;
+    CandidateRecords* m_records = nullptr;
     int m_slideStepMs = 6;
     bool m_sliding = false;
     int m_jingleCalls = 0;

@@ -5,8 +5,10 @@
 #include "app/StartUp.h"
 #include "pages/StartPage.h"
 #include "pages/TaskPage.h"
+#include "result/AppResult.h"
 #include "session/TestFlow.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QLineEdit>
 #include <QPushButton>
@@ -24,6 +26,7 @@ private Q_SLOTS:
     void formsTheSuccessorCommand();
     void newTestStartsSuccessorAndQuitAsks();
     void slidesThroughTheTestOrder();
+    void endOfTestShowsResultThenAsksForNewTest();
     void missingBankShowsNoticeAndGoesOn();
     void normalLevelWithoutBasicEntriesDoesNotHang();
     void resizeKeepsCardCentred();
@@ -222,9 +225,10 @@ void TestApp::slidesThroughTheTestOrder() {
             page->okButton()->click();
         QVERIFY(page->nextButton()->isVisible());
         if (order[i] == 6) {
+            // The result form comes first; its "Nein" ends the test.
             ModalAnswer answer(QStringLiteral("Nein"));
             page->nextButton()->click();
-            QCOMPARE(answer.title(), QStringLiteral("Neu?"));
+            QCOMPARE(answer.title(), QStringLiteral("Laborix-Test - Ergebnis"));
         } else {
             page->nextButton()->click();
             QCOMPARE(main->flow().PreviousPage(), order[i]);
@@ -233,7 +237,77 @@ void TestApp::slidesThroughTheTestOrder() {
     QCOMPARE(shown, order);
     // The start page is never slid away; the task pages slide over it.
     QVERIFY(main->findChild<QWidget*>(QStringLiteral("Seite(0)"))->isVisible());
-    QCOMPARE(main->flow().state().TasksSoFar, 6);
+    QCOMPARE(main->flow().state().TasksSoFar, 12);
+}
+
+void TestApp::endOfTestShowsResultThenAsksForNewTest() {
+    AppMain* main = start();
+    QVERIFY(main);
+    int launches = 0;
+    int exits = 0;
+    main->setLauncher([&](const QString&, const QStringList&) {
+        ++launches;
+        return true;
+    });
+    main->setExiter([&] { ++exits; });
+    startTest(main, QStringLiteral("Anna"));
+    main->flow().ShowPage(6);
+    auto* page = main->flow().taskPage(6);
+    for (int k = 0; k < 6; ++k) {
+        const int e = main->flow().state().DrawnAnswers[k].trimmed().toInt();
+        main->findChild<QAbstractButton*>(QStringLiteral("JaNein1(%1)").arg(e))->click();
+    }
+    page->okButton()->click();
+
+    // The log holds the start line and, after the check, the history line.
+    QFile log(m_dir->filePath(QStringLiteral("laborix.log")));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(log.readAll()).split(QStringLiteral("\r\n"));
+    QVERIFY(lines.size() >= 2);
+    QVERIFY2(lines[0].startsWith(QStringLiteral("-> 0 Start von: Anna - ")), qPrintable(lines[0]));
+    QVERIFY2(lines[1].startsWith(QStringLiteral("<-  Anna  6 Aufgaben, 6 richtig, 0 falsch")),
+             qPrintable(lines[1]));
+    QVERIFY(lines[1].endsWith(QStringLiteral(" - Note: sehr gut plus")));
+
+    // "Ja": counters and level reset, the form closes, then the new-test question.
+    QString shownTitle;
+    QString shownGrade;
+    bool wasModal = false;
+    std::unique_ptr<ModalAnswer> newTest;
+    main->setResultHook([&](AppResult* form) {
+        QTimer::singleShot(0, form, [&, form] {
+            wasModal = QApplication::activeModalWidget() == form;
+            shownTitle = form->windowTitle();
+            shownGrade = form->findChild<QLabel*>(QStringLiteral("Texturt(1)"))->text();
+            newTest = std::make_unique<ModalAnswer>(QStringLiteral("Nein"));
+            form->findChild<QPushButton*>(QStringLiteral("CSCmd1"))->click();
+        });
+    });
+    page->nextButton()->click();
+    QVERIFY(wasModal);
+    QCOMPARE(shownTitle, QStringLiteral("Laborix-Test - Ergebnis"));
+    QCOMPARE(shownGrade, QStringLiteral("sehr gut plus"));
+    QVERIFY(newTest && newTest->seen());
+    QCOMPARE(newTest->title(), QStringLiteral("Neu?"));
+    QCOMPARE(main->flow().state().TasksSoFar, 0);
+    QCOMPARE(launches, 0);
+    QCOMPARE(exits, 0);
+    QVERIFY(!main->findChild<AppResult*>());
+
+    // "Nein": the program ends at once, no question, the folder is free again.
+    newTest.reset();
+    main->setResultHook([&](AppResult* form) {
+        QTimer::singleShot(0, form, [&, form] {
+            newTest = std::make_unique<ModalAnswer>(QStringLiteral("Ja"));
+            form->findChild<QPushButton*>(QStringLiteral("CSCmd3"))->click();
+        });
+    });
+    page->nextButton()->click();
+    QCOMPARE(exits, 1);
+    QCOMPARE(launches, 0);
+    QTest::qWait(50);
+    QVERIFY(!newTest->seen());
+    QVERIFY(start()); // no "/NEW" needed: the lock was released
 }
 
 void TestApp::missingBankShowsNoticeAndGoesOn() {

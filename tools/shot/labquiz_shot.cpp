@@ -3,15 +3,22 @@
 // under Xvfb without clicking through a test. Run it through tools/shot.
 //
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong]
+//                [--candidate TEXT] [--score C/T] [--finish] [--print]
 //
 // --fill right types the expected answers into the page's line edits where a
-// page keeps them one to one in DrawnAnswers; pages with other fields are
-// left as drawn.
+// page keeps them one to one in DrawnAnswers; where DrawnAnswers holds the
+// index of a choice button instead (yes/no pairs), it clicks that button
+// (right) or its partner (wrong). Other fields are left as drawn.
+// --score C/T sets the counters before the page is checked; --finish then
+// presses the page's "Weiter" and shoots what comes up (the result form
+// after the last page); --print presses "Graphik Drucken" on the result
+// form first (LABQUIZ_PRINT_TO names the PDF).
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "session/TestFlow.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
@@ -35,15 +42,28 @@ int main(int argc, char** argv) {
     const bool check = args.contains(QStringLiteral("--check"));
     const int fillAt = args.indexOf(QStringLiteral("--fill"));
     const QString fill = fillAt > 0 ? args.value(fillAt + 1) : QString();
+    const int nameAt = args.indexOf(QStringLiteral("--candidate"));
+    const QString name = nameAt > 0 ? args.value(nameAt + 1) : QStringLiteral("Anna");
+    const int scoreAt = args.indexOf(QStringLiteral("--score"));
+    const QString score = scoreAt > 0 ? args.value(scoreAt + 1) : QString();
+    const bool finish = args.contains(QStringLiteral("--finish"));
+    const bool print = args.contains(QStringLiteral("--print"));
 
     auto* main = qobject_cast<AppMain*>(StartUp({args.first()}));
     if (!main)
         return 1;
     main->flow().setSlideStepMs(0);
+    main->setLauncher([](const QString&, const QStringList&) { return true; });
+    main->setExiter([] {});
+    auto shoot = [&] {
+        const QPixmap shot = main->screen()->grabWindow(0);
+        const bool ok = shot.save(out);
+        std::printf("%s %s\n", ok ? "saved" : "could not save", qPrintable(out));
+        app.exit(ok ? 0 : 1);
+    };
     QTimer::singleShot(300, [&] {
         if (page > 0) {
-            main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"))
-                ->setText(QStringLiteral("Anna"));
+            main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"))->setText(name);
             main->findChild<QRadioButton*>(QStringLiteral("Expert(%1)").arg(expert ? 1 : 0))
                 ->click();
             main->findChild<QPushButton*>(QStringLiteral("OkS0"))->click();
@@ -62,16 +82,46 @@ int main(int argc, char** argv) {
                                                                     : a.section(u'*', 1, 1)
                                                               : QStringLiteral("falsch"));
                 }
+                QString choiceName;
+                int pairs = 0;
+                for (QAbstractButton* b : p->findChildren<QAbstractButton*>()) {
+                    if (b->isCheckable() && b->objectName().endsWith(u')')) {
+                        choiceName = b->objectName().section(u'(', 0, 0);
+                        ++pairs;
+                    }
+                }
+                pairs /= 2;
+                for (int k = 0; !choiceName.isEmpty() && k < pairs; ++k) {
+                    bool isIndex = false;
+                    const int e = main->flow().state().DrawnAnswers[k].trimmed().toInt(&isIndex);
+                    const int pick = fill == QLatin1String("right") ? e : (e ^ 1);
+                    auto* b = p->findChild<QAbstractButton*>(
+                        QStringLiteral("%1(%2)").arg(choiceName).arg(pick));
+                    if (isIndex && b)
+                        b->click();
+                }
+            }
+            if (!score.isEmpty()) {
+                main->flow().state().CorrectSoFar = score.section(u'/', 0, 0).toInt();
+                main->flow().state().TasksSoFar = score.section(u'/', 1, 1).toInt();
             }
             if (p && check)
                 p->okButton()->click();
+            if (p && finish) {
+                QTimer::singleShot(600, [&] {
+                    auto* form = qobject_cast<QWidget*>(QApplication::activeModalWidget());
+                    auto* druck =
+                        form ? form->findChild<QPushButton*>(QStringLiteral("Druck")) : nullptr;
+                    // Shot first: a notice after printing would hold the click.
+                    QTimer::singleShot(400, shoot);
+                    if (print && druck)
+                        druck->click();
+                });
+                p->nextButton()->click();
+                return;
+            }
         }
-        QTimer::singleShot(400, [&] {
-            const QPixmap shot = main->screen()->grabWindow(0);
-            const bool ok = shot.save(out);
-            std::printf("%s %s\n", ok ? "saved" : "could not save", qPrintable(out));
-            app.exit(ok ? 0 : 1);
-        });
+        QTimer::singleShot(400, shoot);
     });
     return app.exec();
 }

@@ -1,0 +1,181 @@
+#include "pages/ComprehensionPage.h"
+
+#include "chem/FormulaText.h"
+#include "controls/Look.h"
+#include "pages/Marking.h"
+#include "session/CandidateRecords.h"
+#include "session/TestFlow.h"
+#include "session/TextRules.h"
+
+#include <QButtonGroup>
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QRadioButton>
+#include <QTime>
+#include <cmath>
+
+namespace {
+
+// A click on the word beside a choice button chooses it, as a click on the
+// button would.
+class WordClick final : public QObject {
+public:
+    WordClick(QObject* parent, QAbstractButton* button) : QObject(parent), m_button(button) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonRelease &&
+            static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && m_button->isEnabled() &&
+            !m_button->isChecked()) {
+            m_button->click();
+            return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QAbstractButton* m_button;
+};
+
+} // namespace
+
+ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
+    : TaskPage(flow, 6, 6, parent) {
+    setHeading(QStringLiteral("6 Verständnisfragen"), QStringLiteral("(Antwort anklicken!)"));
+    QGridLayout* g = grid();
+    g->setColumnStretch(0, 1);
+    g->setVerticalSpacing(8);
+    for (int k = 0; k < kQuestions; ++k) {
+        QLabel* statement = makeNamed(QStringLiteral("AnzS6(%1)").arg(k), "prompt");
+        statement->setTextFormat(Qt::RichText);
+        statement->setWordWrap(true);
+        statement->setMinimumHeight(44);
+        statement->setStyleSheet(QStringLiteral("padding: 2px 8px; border-radius: 4px;"));
+        m_statements[k] = statement;
+        g->addWidget(statement, k, 0);
+
+        // Each pair sits on a panel of its own, mid grey so that the chosen
+        // word (black) stands out and the other one (yellow) stays readable.
+        auto* panel = new QWidget(this);
+        panel->setObjectName(QStringLiteral("JaNeinPanel(%1)").arg(k));
+        panel->setAttribute(Qt::WA_StyledBackground, true);
+        panel->setStyleSheet(
+            QStringLiteral(".QWidget { background-color: #78909c; border-radius: 6px; }"));
+        panel->setFixedWidth(176);
+        auto* row = new QHBoxLayout(panel);
+        row->setContentsMargins(12, 6, 12, 6);
+        row->setSpacing(6);
+        m_pairs[k] = new QButtonGroup(this);
+        for (int side = 0; side < 2; ++side) {
+            const int i = 2 * k + side;
+            auto* choice = new QRadioButton(panel);
+            choice->setObjectName(QStringLiteral("JaNein1(%1)").arg(i));
+            choice->setAccessibleName(side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"));
+            m_pairs[k]->addButton(choice, i);
+            m_choices[i] = choice;
+            auto* word =
+                new QLabel(side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"), panel);
+            word->setObjectName(QStringLiteral("AA(%1)").arg(i));
+            word->setStyleSheet(QStringLiteral("font-size: 15px; font-weight: 700;"));
+            word->installEventFilter(new WordClick(word, choice));
+            m_words[i] = word;
+            row->addWidget(choice);
+            row->addWidget(word);
+            if (side == 0)
+                row->addStretch(1);
+            connect(choice, &QAbstractButton::toggled, this, &ComprehensionPage::JaNein1_Click);
+        }
+        g->addWidget(panel, k, 1, Qt::AlignVCenter);
+    }
+    JaNein1_Click();
+}
+
+QList<TaskPage::Need> ComprehensionPage::needs() const {
+    return {{TaskBank::StatementsSection, kQuestions}};
+}
+
+ComprehensionPage::Draw ComprehensionPage::drawFor(const TaskBank& bank,
+                                                   const QList<int>& records) {
+    Draw d;
+    for (int k = 0; k < kQuestions && k < records.size(); ++k) {
+        const StatementRecord& r = bank.Statements[records[k]];
+        d.statements[k] = r.Statement;
+        d.answers[k] = NumberWithSignSpace(2 * k + (r.IsTrue ? 0 : 1));
+    }
+    return d;
+}
+
+int ComprehensionPage::expectedButton(const QString& answer) {
+    QString text = answer;
+    const long index = std::lround(ParseDecimal(text));
+    return index >= 0 && index < kChoices ? static_cast<int>(index) : -1;
+}
+
+void ComprehensionPage::JaNein1_Click() {
+    for (int i = 0; i < kChoices; ++i)
+        Look::setTextColour(m_words[i], Look::paletteColour(m_choices[i]->isChecked() ? 0 : 14));
+}
+
+void ComprehensionPage::reset() {
+    m_result.reset();
+    for (int k = 0; k < kQuestions; ++k) {
+        Look::clearMarks(m_statements[k]);
+        m_statements[k]->clear();
+        // An exclusive group keeps one button checked; let go to clear the pair.
+        m_pairs[k]->setExclusive(false);
+        for (int side = 0; side < 2; ++side) {
+            m_choices[2 * k + side]->setChecked(false);
+            m_choices[2 * k + side]->setEnabled(true);
+        }
+        m_pairs[k]->setExclusive(true);
+    }
+    JaNein1_Click();
+}
+
+void ComprehensionPage::draw() {
+    const Draw d = drawFor(bank(), drawDistinct(TaskBank::StatementsSection, kQuestions));
+    for (int k = 0; k < kQuestions; ++k) {
+        m_statements[k]->setText(FormulaText::textToHtml(TrimRightBlanks(d.statements[k])));
+        m_statements[k]->setProperty("statement", d.statements[k]);
+        state().DrawnAnswers[k] = d.answers[k];
+    }
+    m_choices[0]->setFocus();
+}
+
+bool ComprehensionPage::judge(Marking& marking) {
+    SessionState& s = state();
+    for (int k = 0; k < kQuestions; ++k) {
+        const int e = expectedButton(s.DrawnAnswers[k]);
+        if (e >= 0 && m_choices[e]->isChecked()) {
+            marking.right(m_statements[k]);
+        } else {
+            if (e >= 0)
+                m_choices[e]->setChecked(true);
+            marking.wrong(m_statements[k]);
+        }
+    }
+    for (QAbstractButton* choice : m_choices)
+        choice->setEnabled(false);
+    JaNein1_Click();
+    s.EndTime = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+    prepareResult();
+    return marking.rightOnPage() == kQuestions;
+}
+
+void ComprehensionPage::prepareResult() {
+    m_result = FinalGrade::prepare(state());
+    if (CandidateRecords* records = flow().records())
+        records->log(m_result->historyLine);
+}
+
+const FinalResult& ComprehensionPage::finalResult() {
+    if (!m_result) {
+        if (state().EndTime.isEmpty())
+            state().EndTime = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+        prepareResult();
+    }
+    return *m_result;
+}

@@ -1,0 +1,314 @@
+#include "TestSupport.h"
+#include "controls/Mascot.h"
+#include "result/AppResult.h"
+#include "result/FinalGrade.h"
+#include "session/SessionState.h"
+
+#include <QElapsedTimer>
+#include <QFrame>
+#include <QImage>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <memory>
+
+namespace {
+
+SessionState stateFor(int correct, int tasks, int level = 0,
+                      const QString& name = QStringLiteral("Anna Schmidt")) {
+    SessionState s;
+    s.CandidateName = name;
+    s.TasksSoFar = tasks;
+    s.CorrectSoFar = correct;
+    s.ExpertLevel = level;
+    s.RunningGrade = QStringLiteral("2");
+    s.TestDate = QStringLiteral("03-24-2003");
+    s.StartTime = QStringLiteral("10:15:02");
+    s.EndTime = QStringLiteral("10:41:37");
+    return s;
+}
+
+// Pages of a PDF as Qt writes it: one "/Type /Page" object per page.
+int pdfPages(const QString& path) {
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray pdf = f.readAll();
+    if (!pdf.startsWith("%PDF-"))
+        return -1;
+    static const QRegularExpression page(QStringLiteral("/Type\\s*/Page(?![s\\w])"));
+    return int(QString::fromLatin1(pdf).count(page));
+}
+
+struct Form {
+    SessionState state;
+    std::unique_ptr<AppResult> form;
+    QList<int> played;
+    int quits = 0;
+
+    Form(int correct, int tasks, int level = 0,
+         const QString& name = QStringLiteral("Anna Schmidt"))
+        : state(stateFor(correct, tasks, level, name)) {
+        form = std::make_unique<AppResult>(state, FinalGrade::prepare(state), 3);
+        form->setPlayer([this](int melody) {
+            played << melody;
+            return true;
+        });
+        form->setQuitter([this] { ++quits; });
+        form->show();
+    }
+    template <typename T = QWidget> T* find(const QString& name) {
+        return form->findChild<T*>(name);
+    }
+    QString text(const QString& name) { return find<QLabel>(name)->text(); }
+};
+
+} // namespace
+
+class TestAppResult : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void showsTheCertificateTexts();
+    void honoursAndMascot_data();
+    void honoursAndMascot();
+    void mascotDrawsADifferentFaceForEachCode();
+    void keepsTheFrameCentred();
+    void printsOnePageAndComesBack_data();
+    void printsOnePageAndComesBack();
+    void withoutPrinterSavesToDocuments();
+    void failedPrintSaysSoAndGoesOn();
+    void playsTheMelodyOnce();
+    void realPlayerNeverHangs();
+    void newExerciseResetsAndCloses();
+    void quitEndsAtOnce();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void TestAppResult::init() {
+    m_dir = std::make_unique<QTemporaryDir>();
+    qunsetenv("LABQUIZ_PRINT_TO");
+}
+
+void TestAppResult::showsTheCertificateTexts() {
+    Form f(15, 20);
+    QCOMPARE(f.form->objectName(), QStringLiteral("frm_AppResult"));
+    QCOMPARE(f.form->windowTitle(), QStringLiteral("Laborix-Test - Ergebnis"));
+    QVERIFY(f.form->isModal());
+    QVERIFY(f.form->windowState() & Qt::WindowMaximized);
+    QCOMPARE(f.text(QStringLiteral("Label11")),
+             QStringLiteral(" Der Laborix - Test wurde bearbeitet von:"));
+    QCOMPARE(f.text(QStringLiteral("Textname")), QStringLiteral("Anna Schmidt"));
+    QCOMPARE(f.text(QStringLiteral("Texturt(0)")),
+             QStringLiteral(" Von  20 Aufgaben wurden  15 richtig gelöst!"));
+    QCOMPARE(f.text(QStringLiteral("Label12")), QStringLiteral(" Das entspricht der Note: "));
+    QCOMPARE(f.text(QStringLiteral("Texturt(1)")), QStringLiteral("gut minus"));
+    QCOMPARE(f.text(QStringLiteral("Texturt(2)")),
+             QStringLiteral(" Bearbeitung am: 24.03.2003 von:10:15:02 bis:10:41:37 Uhr."));
+    QCOMPARE(f.text(QStringLiteral("Streb")), QStringLiteral("Schwierigkeitsgrad: normal "));
+    QVERIFY(f.find(QStringLiteral("Streb"))->isVisible());
+    QCOMPARE(f.text(QStringLiteral("Label1")),
+             QStringLiteral("Dr. Quark - Freier Mitarbeiter des QV"));
+    QCOMPARE(f.text(QStringLiteral("Titel(0)")),
+             QStringLiteral(" Das Ergebnis berechtigt, fortan den Titel zu führen:"));
+    QCOMPARE(f.text(QStringLiteral("Titel(1)")), QStringLiteral("Getesteter Laborix "));
+    QCOMPARE(f.find<QPushButton>(QStringLiteral("Druck"))->text(),
+             QStringLiteral("Graphik Drucken"));
+    QVERIFY(f.find<QPushButton>(QStringLiteral("Musik"))->text().isEmpty());
+    QCOMPARE(f.find<QPushButton>(QStringLiteral("CSCmd1"))->text(), QStringLiteral("Ja"));
+    QCOMPARE(f.find<QPushButton>(QStringLiteral("CSCmd3"))->text(), QStringLiteral("Nein"));
+    QVERIFY(f.find(QStringLiteral("Neute"))->findChild<QLabel*>()->text() ==
+            QStringLiteral("Neue Übung?"));
+    // The grade word replaces the running mark; the counters stay.
+    QCOMPARE(f.state.RunningGrade, QStringLiteral("gut minus"));
+    QCOMPARE(f.state.TasksSoFar, 20);
+    QCOMPARE(f.state.CorrectSoFar, 15);
+
+    Form expert(15, 20, 1);
+    QCOMPARE(expert.text(QStringLiteral("Streb")),
+             QStringLiteral("Schwierigkeitsgrad: Hohe Stufe "));
+}
+
+void TestAppResult::honoursAndMascot_data() {
+    QTest::addColumn<int>("correct");
+    QTest::addColumn<int>("tasks");
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<int>("expression");
+    QTest::addColumn<bool>("honours");
+    QTest::newRow("none right") << 0 << 60 << "ungenügend" << 3 << false;
+    QTest::newRow("9 of 20") << 9 << 20 << "ausreichend minus" << 6 << false;
+    QTest::newRow("13 of 20") << 13 << 20 << "befriedigend" << 5 << false;
+    QTest::newRow("17 of 20") << 17 << 20 << "gut plus" << 1 << false;
+    QTest::newRow("18 of 20") << 18 << 20 << "sehr gut minus" << 2 << true;
+    QTest::newRow("all right") << 60 << 60 << "sehr gut plus" << 2 << true;
+}
+
+void TestAppResult::honoursAndMascot() {
+    QFETCH(int, correct);
+    QFETCH(int, tasks);
+    QFETCH(QString, word);
+    QFETCH(int, expression);
+    QFETCH(bool, honours);
+    Form f(correct, tasks);
+    QCOMPARE(f.text(QStringLiteral("Texturt(1)")), word);
+    QCOMPARE(f.find(QStringLiteral("ctl_DrQuark1"))->property("Expression").toInt(), expression);
+    QCOMPARE(f.find(QStringLiteral("Titel(0)"))->isVisible(), honours);
+    QCOMPARE(f.find(QStringLiteral("Titel(1)"))->isVisible(), honours);
+    QCOMPARE(f.find(QStringLiteral("Musik"))->isVisible(), honours);
+}
+
+void TestAppResult::mascotDrawsADifferentFaceForEachCode() {
+    const int codes[] = {0, 1, 2, 3, 5, 6};
+    QList<QImage> faces;
+    for (int code : codes) {
+        Mascot m;
+        m.resize(112, 128);
+        m.setProperty("Expression", code);
+        QCOMPARE(m.expression(), code);
+        faces << m.grab().toImage();
+    }
+    for (int i = 0; i < faces.size(); ++i) {
+        for (int j = i + 1; j < faces.size(); ++j) {
+            // "Different" means more than a few pixels: count what changed.
+            int changed = 0;
+            for (int y = 0; y < faces[i].height(); ++y)
+                for (int x = 0; x < faces[i].width(); ++x)
+                    changed += faces[i].pixel(x, y) != faces[j].pixel(x, y);
+            QVERIFY2(changed > 300, qPrintable(QStringLiteral("codes %1 and %2: %3 pixels")
+                                                   .arg(codes[i])
+                                                   .arg(codes[j])
+                                                   .arg(changed)));
+        }
+    }
+}
+
+void TestAppResult::keepsTheFrameCentred() {
+    Form f(15, 20);
+    QWidget* frame = f.find(QStringLiteral("Dahinter"));
+    f.form->setWindowState(Qt::WindowNoState);
+    f.form->resize(1000, 700);
+    QCOMPARE(frame->pos(), QPoint((1000 - frame->width()) / 2, (700 - frame->height()) / 2));
+    // Smaller than the frame: negative offsets, the frame is clipped.
+    f.form->resize(600, 400);
+    QVERIFY(frame->x() < 0 && frame->y() < 0);
+    QCOMPARE(frame->pos(), QPoint((600 - frame->width()) / 2, (400 - frame->height()) / 2));
+}
+
+void TestAppResult::printsOnePageAndComesBack_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("correct");
+    QTest::newRow("very good") << "Anna Schmidt" << 19;
+    QTest::newRow("long name with quotes and slashes")
+        << QStringLiteral("\"Max\" / Mustermann \\ ").repeated(10) << 4;
+}
+
+void TestAppResult::printsOnePageAndComesBack() {
+    QFETCH(QString, name);
+    QFETCH(int, correct);
+    const QString pdf = m_dir->filePath(QStringLiteral("urkunde.pdf"));
+    qputenv("LABQUIZ_PRINT_TO", pdf.toLocal8Bit());
+    Form f(correct, 20, 0, name);
+    const bool musik = f.find(QStringLiteral("Musik"))->isVisible();
+    f.find<QPushButton>(QStringLiteral("Druck"))->click();
+    QCOMPARE(f.form->lastPdf(), pdf);
+    QCOMPARE(pdfPages(pdf), 1);
+    // Back as before: maximised, frame centred, the panel and the button shown.
+    QVERIFY(f.form->windowState() & Qt::WindowMaximized);
+    QWidget* frame = f.find(QStringLiteral("Dahinter"));
+    QCOMPARE(frame->pos(), QPoint(int((f.form->width() - frame->width()) / 2.0f),
+                                  int((f.form->height() - frame->height()) / 2.0f)));
+    QVERIFY(f.find(QStringLiteral("Neute"))->isVisible());
+    QVERIFY(f.find(QStringLiteral("Druck"))->isVisible());
+    QCOMPARE(f.find(QStringLiteral("Musik"))->isVisible(), musik);
+    QCOMPARE(f.text(QStringLiteral("Textname")), name);
+    // A second print overwrites the named file, still one page.
+    f.find<QPushButton>(QStringLiteral("Druck"))->click();
+    QCOMPARE(pdfPages(pdf), 1);
+}
+
+void TestAppResult::withoutPrinterSavesToDocuments() {
+    Form f(15, 20, 0, QStringLiteral("Jörg: \"der Chemiker\""));
+    f.form->setPrinterCheck([] { return false; });
+    const QString docs = m_dir->filePath(QStringLiteral("Dokumente"));
+    f.form->setDocumentsFolder(docs);
+    ModalAnswer answer(QStringLiteral("OK"));
+    f.form->Druck_Click();
+    QVERIFY(answer.seen());
+    const QString file =
+        QDir(docs).filePath(QStringLiteral("Laborix-Urkunde Jörg der Chemiker 24.03.2003.pdf"));
+    QCOMPARE(f.form->lastPdf(), file);
+    QCOMPARE(pdfPages(file), 1);
+    QVERIFY2(answer.text().startsWith(QStringLiteral("Es ist kein Drucker eingerichtet.")),
+             qPrintable(answer.text()));
+    QVERIFY(answer.text().contains(QDir::toNativeSeparators(file)));
+    QVERIFY(f.find(QStringLiteral("Neute"))->isVisible());
+}
+
+void TestAppResult::failedPrintSaysSoAndGoesOn() {
+    // A folder in place of the file: nothing can be written there.
+    qputenv("LABQUIZ_PRINT_TO", m_dir->path().toLocal8Bit());
+    Form f(15, 20);
+    ModalAnswer answer(QStringLiteral("OK"));
+    f.form->Druck_Click();
+    QVERIFY(answer.seen());
+    QVERIFY2(answer.text().startsWith(QStringLiteral("Die Urkunde konnte nicht gedruckt werden.")),
+             qPrintable(answer.text()));
+    QVERIFY(f.form->lastPdf().isEmpty());
+    QVERIFY(f.form->isVisible());
+    QVERIFY(f.form->windowState() & Qt::WindowMaximized);
+    QVERIFY(f.find(QStringLiteral("Neute"))->isVisible());
+    QVERIFY(f.find(QStringLiteral("Druck"))->isVisible());
+}
+
+void TestAppResult::playsTheMelodyOnce() {
+    Form f(19, 20);
+    auto* musik = f.find<QPushButton>(QStringLiteral("Musik"));
+    QVERIFY(musik->isVisible());
+    musik->click();
+    QCOMPARE(f.played, QList<int>{3}); // the melody chosen on the start page
+    QVERIFY(!musik->isVisible());
+    QVERIFY(f.form->melodyPlayed());
+    f.form->Musik_Click();
+    QCOMPARE(f.played.size(), 1);
+}
+
+void TestAppResult::realPlayerNeverHangs() {
+    SessionState s = stateFor(20, 20);
+    AppResult form(s, FinalGrade::prepare(s), 0);
+    form.show();
+    auto* musik = form.findChild<QPushButton*>(QStringLiteral("Musik"));
+    // Here there may be no sound device at all: then it stays silent.
+    musik->click();
+    QVERIFY(!musik->isVisible());
+    QVERIFY(form.melodyPlayed());
+    QTest::qWait(50);
+}
+
+void TestAppResult::newExerciseResetsAndCloses() {
+    Form f(15, 20, 1);
+    f.find<QPushButton>(QStringLiteral("CSCmd1"))->click();
+    QCOMPARE(f.state.TasksSoFar, 0);
+    QCOMPARE(f.state.CorrectSoFar, 0);
+    QCOMPARE(f.state.ExpertLevel, 0);
+    QCOMPARE(f.form->result(), int(QDialog::Accepted));
+    QVERIFY(!f.form->isVisible());
+    QVERIFY(!f.form->quitRequested());
+    QCOMPARE(f.quits, 0);
+}
+
+void TestAppResult::quitEndsAtOnce() {
+    Form f(15, 20, 1);
+    f.find<QPushButton>(QStringLiteral("CSCmd3"))->click();
+    QCOMPARE(f.quits, 1);
+    QVERIFY(f.form->quitRequested());
+    QVERIFY(!f.form->isVisible());
+    // Nothing is reset on the way out.
+    QCOMPARE(f.state.TasksSoFar, 20);
+    QCOMPARE(f.state.ExpertLevel, 1);
+}
+
+QTEST_MAIN(TestAppResult)
+#include "test_app_result.moc"

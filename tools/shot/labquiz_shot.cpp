@@ -3,20 +3,26 @@
 // under Xvfb without clicking through a test. Run it through tools/shot.
 //
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong]
+//                [--table] [--calc EXPR] [--button NAME]
 //
 // --fill right types the expected answers into the page's line edits where a
 // page keeps them one to one in DrawnAnswers; pages with other fields are
-// left as drawn.
+// left as drawn. --table opens the periodic table, --calc opens the
+// calculator from the menu and types EXPR followed by Enter, --button clicks
+// the named button (e.g. "but_Calc(0)"); a dialog that opens stays open for
+// the picture.
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "session/TestFlow.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QTest>
 #include <QTimer>
 #include <cstdio>
 
@@ -35,6 +41,9 @@ int main(int argc, char** argv) {
     const bool check = args.contains(QStringLiteral("--check"));
     const int fillAt = args.indexOf(QStringLiteral("--fill"));
     const QString fill = fillAt > 0 ? args.value(fillAt + 1) : QString();
+    const bool table = args.contains(QStringLiteral("--table"));
+    const int calcAt = args.indexOf(QStringLiteral("--calc"));
+    const int buttonAt = args.indexOf(QStringLiteral("--button"));
 
     auto* main = qobject_cast<AppMain*>(StartUp({args.first()}));
     if (!main)
@@ -66,12 +75,31 @@ int main(int argc, char** argv) {
             if (p && check)
                 p->okButton()->click();
         }
+        if (table)
+            main->M_H_P2_Click();
+        // The picture is taken from inside whatever modal dialog opens below.
         QTimer::singleShot(400, [&] {
             const QPixmap shot = main->screen()->grabWindow(0);
             const bool ok = shot.save(out);
             std::printf("%s %s\n", ok ? "saved" : "could not save", qPrintable(out));
             app.exit(ok ? 0 : 1);
         });
+        if (calcAt > 0) {
+            const QString expression = args.value(calcAt + 1);
+            QTimer::singleShot(150, [expression] {
+                QWidget* dialog = QApplication::activeModalWidget();
+                auto* display =
+                    dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("Anzeige")) : nullptr;
+                if (display && !expression.isEmpty()) {
+                    QTest::keyClicks(display, expression);
+                    QTest::keyClick(display, Qt::Key_Return);
+                }
+            });
+            main->mnu_HelpCalc_Click();
+        } else if (buttonAt > 0) {
+            if (auto* b = main->findChild<QAbstractButton*>(args.value(buttonAt + 1)))
+                b->click();
+        }
     });
     return app.exec();
 }

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
@@ -19,6 +20,7 @@ CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
         "QLineEdit#Anzeige { font-size: 24px; padding: 6px 10px; min-height: 40px;"
         "  background: #ffffff; border: 2px solid #1b7f8c; border-radius: 6px; }"
         "QLabel[role=\"hint\"] { color: #607d8b; font-size: 12px; font-style: italic; }"
+        "QLineEdit#Anzeige[message=\"true\"] { font-size: 16px; color: #8a1c1c; }"
         "QLabel#Rechnung { color: #607d8b; font-size: 13px; }"
         "QPushButton[kind] { min-width: 60px; max-width: 60px; min-height: 42px;"
         "  max-height: 42px; padding: 0px; font-size: 18px; font-weight: 600;"
@@ -51,7 +53,7 @@ CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
     m_display->setMaxLength(400);
     m_display->installEventFilter(this);
     connect(m_display, &QLineEdit::textEdited, this, [this] {
-        m_showsMessage = false;
+        setShowsMessage(false);
         tidyTyped();
     });
     layout->addWidget(m_display);
@@ -156,7 +158,7 @@ void CalculatorDialog::calculate() {
         // Backspace brings the expression back to be mended.
         m_display->setText(CalcExpression::message(r));
         m_display->selectAll();
-        m_showsMessage = true;
+        setShowsMessage(true);
     }
 }
 
@@ -173,7 +175,7 @@ void CalculatorDialog::takeOver() {
 void CalculatorDialog::insert(const QString& text) {
     if (m_showsMessage) {
         m_display->clear();
-        m_showsMessage = false;
+        setShowsMessage(false);
     }
     m_display->insert(text);
     m_display->setFocus();
@@ -182,7 +184,7 @@ void CalculatorDialog::insert(const QString& text) {
 void CalculatorDialog::backspace() {
     if (m_showsMessage) {
         m_display->setText(m_lastExpression);
-        m_showsMessage = false;
+        setShowsMessage(false);
     } else {
         m_display->backspace();
     }
@@ -192,8 +194,18 @@ void CalculatorDialog::backspace() {
 void CalculatorDialog::clearAll() {
     m_display->clear();
     m_worked->clear();
-    m_showsMessage = false;
+    setShowsMessage(false);
     m_display->setFocus();
+}
+
+// A message is shown smaller and in red, so that it reads as one and fits.
+void CalculatorDialog::setShowsMessage(bool message) {
+    if (m_showsMessage == message)
+        return;
+    m_showsMessage = message;
+    m_display->setProperty("message", message);
+    m_display->style()->unpolish(m_display);
+    m_display->style()->polish(m_display);
 }
 
 // "*" and "/" typed on the keyboard are shown as the calculator's own signs,

@@ -39,6 +39,7 @@ private:
     void backspace();
     void clearAll();
     void tidyTyped();
+    void setShowsMessage(bool message);
 
     QLabel* m_worked;
     QLineEdit* m_display;

@@ -24,7 +24,7 @@ AmountPage::AmountPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 12, 12,
         m_questions[i]->setTextFormat(Qt::RichText);
         m_questions[i]->setWordWrap(true);
         m_fields[i] = makeInput(QStringLiteral("Stoffm(%1)").arg(i));
-        m_fields[i]->setFixedWidth(250);
+        m_fields[i]->setFixedWidth(220);
         m_calc[i] = new CalculatorButton(4 + i, m_fields[i], state(), this);
         g->addWidget(m_questions[i], i, 0);
         g->addWidget(m_fields[i], i, 1);

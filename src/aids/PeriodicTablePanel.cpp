@@ -28,6 +28,40 @@ QIcon noSignIcon() {
     return QIcon(pm);
 }
 
+// The key to the colours of the table. It sits in the empty corner above
+// the transition metals, where printed school tables keep theirs.
+class ColourLegend final : public QWidget {
+public:
+    explicit ColourLegend(QWidget* parent) : QWidget(parent) {
+        setObjectName(QStringLiteral("PSE_Legende"));
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+    static constexpr int kColumns = 3;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter p(this);
+        p.setRenderHint(QPainter::Antialiasing);
+        QFont f = font();
+        f.setPixelSize(11);
+        p.setFont(f);
+        const QStringList names = PeriodicTableView::categories();
+        const int rows = (int(names.size()) + kColumns - 1) / kColumns;
+        const qreal w = width() / qreal(kColumns);
+        const qreal h = height() / qreal(qMax(1, rows));
+        for (int i = 0; i < names.size(); ++i) {
+            const QRectF cell((i % kColumns) * w, (i / kColumns) * h, w, h);
+            const QRectF swatch(cell.left() + 2, cell.center().y() - 6, 12, 12);
+            p.setPen(QPen(QColor(0xb0, 0xbe, 0xc5), 1));
+            p.setBrush(PeriodicTableView::categoryColour(names[i]));
+            p.drawRoundedRect(swatch, 2, 2);
+            p.setPen(Look::ink());
+            p.drawText(cell.adjusted(19, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, names[i]);
+        }
+    }
+};
+
 } // namespace
 
 PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : QFrame(parent) {
@@ -63,6 +97,9 @@ PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : QFrame(parent) {
 
     m_view = new PeriodicTableView(this);
     layout->addWidget(m_view);
+    auto* legend = new ColourLegend(m_view);
+    legend->setGeometry(
+        m_view->cellRect({2, 0}).united(m_view->cellRect({11, 2})).adjusted(6, 2, 0, -2));
     connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
     adjustSize();
     hide();

@@ -1,5 +1,7 @@
 #include "app/AppMain.h"
 
+#include "aids/CalculatorDialog.h"
+#include "aids/ExpertLimits.h"
 #include "aids/PeriodicTablePanel.h"
 #include "app/AppInfo.h"
 #include "app/AppSplash.h"
@@ -248,18 +250,16 @@ void AppMain::M_H_INFO_Click() {
 }
 
 void AppMain::M_H_P2_Click() {
-    if (m_flow->state().isExpert()) {
-        m_info.message(this, QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
+    if (!ExpertLimits::mayUse(ExpertLimits::Aid::PeriodicTable, m_flow->state().ExpertLevel, this))
         return;
-    }
     m_periodicTable->ShowPeriodicTable();
 }
 
 void AppMain::mnu_HelpCalc_Click() {
-    if (m_flow->state().ExpertLevel == 1) {
-        m_info.message(this, QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
+    if (!ExpertLimits::mayUse(ExpertLimits::Aid::CalculatorMenu, m_flow->state().ExpertLevel, this))
         return;
-    }
+    // Opened freely from the menu, the result goes nowhere.
+    CalculatorDialog::run(this);
 }
 
 void AppMain::closeEvent(QCloseEvent* event) {

@@ -15,18 +15,20 @@ constexpr int kMargin = 8;
 
 // One table instead of a chain of compares: the names are UTF-8 literals
 // throughout, so "Übergangsmetall" cannot silently miss its colour again.
-QColor categoryColour(const QString& category) {
-    static const QHash<QString, QRgb> colours = {{QStringLiteral("Alkalimetall"), 0xffcc80},
-                                                 {QStringLiteral("Erdalkalimetall"), 0xffe082},
-                                                 {QStringLiteral("Übergangsmetall"), 0xf8bbd0},
-                                                 {QStringLiteral("Metall"), 0xc5cae9},
-                                                 {QStringLiteral("Halbmetall"), 0xb2dfdb},
-                                                 {QStringLiteral("Nichtmetall"), 0xc8e6c9},
-                                                 {QStringLiteral("Halogen"), 0xdcedc8},
-                                                 {QStringLiteral("Edelgas"), 0xb3e5fc},
-                                                 {QStringLiteral("Lanthanoid"), 0xe1bee7},
-                                                 {QStringLiteral("Actinoid"), 0xd1c4e9}};
-    return QColor(colours.value(category, 0xeceff1));
+// The order is the one the legend shows.
+const QList<std::pair<QString, QRgb>>& categoryTable() {
+    static const QList<std::pair<QString, QRgb>> table = {
+        {QStringLiteral("Alkalimetall"), 0xffcc80},
+        {QStringLiteral("Erdalkalimetall"), 0xffe082},
+        {QStringLiteral("Übergangsmetall"), 0xf8bbd0},
+        {QStringLiteral("Metall"), 0xc5cae9},
+        {QStringLiteral("Halbmetall"), 0xb2dfdb},
+        {QStringLiteral("Nichtmetall"), 0xc8e6c9},
+        {QStringLiteral("Halogen"), 0xe6ee9c},
+        {QStringLiteral("Edelgas"), 0xb3e5fc},
+        {QStringLiteral("Lanthanoid"), 0xe1bee7},
+        {QStringLiteral("Actinoid"), 0xd1c4e9}};
+    return table;
 }
 
 QString germanNumber(double value, int decimals) {
@@ -34,6 +36,23 @@ QString germanNumber(double value, int decimals) {
 }
 
 } // namespace
+
+QColor PeriodicTableView::categoryColour(const QString& category) {
+    static const QHash<QString, QRgb> colours = [] {
+        QHash<QString, QRgb> h;
+        for (const auto& [name, rgb] : categoryTable())
+            h.insert(name, rgb);
+        return h;
+    }();
+    return QColor(colours.value(category, 0xeceff1));
+}
+
+QStringList PeriodicTableView::categories() {
+    QStringList names;
+    for (const auto& entry : categoryTable())
+        names << entry.first;
+    return names;
+}
 
 PeriodicTableView::PeriodicTableView(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("ctl_PSE"));

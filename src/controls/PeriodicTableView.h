@@ -4,6 +4,7 @@
 
 #include <QPoint>
 #include <QRect>
+#include <QStringList>
 #include <QWidget>
 
 // ctl_PSE: draws the elements of elements.dat as a periodic table, the
@@ -30,6 +31,11 @@ public:
     int selected() const { return m_selected; }
     void select(int number);
     QString selectionText() const;
+
+    // The fill colour of a category of elements.dat, and the categories in
+    // the order a legend lists them.
+    static QColor categoryColour(const QString& category);
+    static QStringList categories();
 
     QSize sizeHint() const override;
 

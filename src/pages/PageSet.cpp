@@ -1,7 +1,10 @@
 #include "pages/PageSet.h"
 
+#include "pages/AmountPage.h"
 #include "pages/ComprehensionPage.h"
 #include "pages/ElementPage.h"
+#include "pages/MolarMassPage.h"
+#include "pages/NumberSyllablePage.h"
 #include "pages/PendingPage.h"
 #include "session/TestFlow.h"
 
@@ -15,6 +18,9 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
     };
     place(new ElementPage(flow, holder));
     place(new ComprehensionPage(flow, holder));
+    place(new NumberSyllablePage(flow, holder));
+    place(new MolarMassPage(flow, holder));
+    place(new AmountPage(flow, holder));
     // Pages still to be built: they keep their place in the order so that a
     // test runs through to the end.
     struct Pending {
@@ -22,10 +28,11 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
         int buttons;
         const char* title;
     };
-    const Pending pending[] = {{2, 2, "Zahlsilben"},          {3, 3, "Definitionen"},
-                               {4, 4, "Chemische Begriffe"},  {5, 5, "Ionenladungen"},
-                               {8, 7, "Molare Massen"},       {9, 8, "Gleichungen einrichten"},
-                               {11, 11, "Formeln und Namen"}, {12, 12, "Stoffmengen"}};
+    const Pending pending[] = {{3, 3, "Definitionen"},
+                               {4, 4, "Chemische Begriffe"},
+                               {5, 5, "Ionenladungen"},
+                               {9, 8, "Gleichungen einrichten"},
+                               {11, 11, "Formeln und Namen"}};
     for (const Pending& p : pending)
         place(new PendingPage(flow, p.page, p.buttons, QString::fromUtf8(p.title), holder));
 }

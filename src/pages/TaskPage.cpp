@@ -1,5 +1,6 @@
 #include "pages/TaskPage.h"
 
+#include "aids/ExpertLimits.h"
 #include "controls/Look.h"
 #include "pages/Marking.h"
 #include "session/TestFlow.h"
@@ -96,7 +97,7 @@ const TaskBank& TaskPage::bank() const {
     return m_flow.bank();
 }
 bool TaskPage::expert() const {
-    return m_flow.state().isExpert();
+    return ExpertLimits::drawsAllRecords(m_flow.state().ExpertLevel);
 }
 
 void TaskPage::setHeading(const QString& title, const QString& hint) {

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void opensOnlyAtTheNormalLevelAndNeverMovesWhenOpen();
     void dragStaysWithinReach();
     void pageChangeRemembersWhereItWas();
+    void legendExplainsEveryColourInUse();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -118,6 +119,22 @@ void TestPeriodicTable::pageChangeRemembersWhereItWas() {
     QVERIFY(!panel()->isVisible());
     m_main->M_H_P2_Click();
     QCOMPARE(panel()->pos(), QPoint(30, 40));
+}
+
+void TestPeriodicTable::legendExplainsEveryColourInUse() {
+    PeriodicTableView* view = panel()->view();
+    const QStringList legend = PeriodicTableView::categories();
+    std::set<QRgb> colours;
+    for (const QString& category : legend)
+        colours.insert(PeriodicTableView::categoryColour(category).rgb());
+    QCOMPARE(int(colours.size()), int(legend.size())); // no two categories look alike
+    for (const ElementTable::Element& e : view->table().elements())
+        QVERIFY2(legend.contains(e.category), qPrintable(e.symbol + u' ' + e.category));
+    // It sits in the empty corner above the transition metals, clear of every element.
+    QWidget* key = view->findChild<QWidget*>(QStringLiteral("PSE_Legende"));
+    QVERIFY(key);
+    for (const ElementTable::Element& e : view->table().elements())
+        QVERIFY(!key->geometry().intersects(view->cellRect(PeriodicTableView::cellOf(e))));
 }
 
 QTEST_MAIN(TestPeriodicTable)

@@ -4,6 +4,7 @@
 //
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong]
 //                [--candidate TEXT] [--score C/T] [--finish] [--print]
+//                [--table] [--calc EXPR] [--button NAME]
 //
 // --fill right types the expected answers into the page's line edits where a
 // page keeps them one to one in DrawnAnswers; where DrawnAnswers holds the
@@ -13,6 +14,9 @@
 // presses the page's "Weiter" and shoots what comes up (the result form
 // after the last page); --print presses "Graphik Drucken" on the result
 // form first (LABQUIZ_PRINT_TO names the PDF).
+// --table opens the periodic table, --calc opens the calculator from the
+// menu and types EXPR followed by Enter, --button clicks the named button
+// (e.g. "but_Calc(0)"); a dialog that opens stays open for the picture.
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
@@ -24,6 +28,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QTest>
 #include <QTimer>
 #include <cstdio>
 
@@ -48,6 +53,9 @@ int main(int argc, char** argv) {
     const QString score = scoreAt > 0 ? args.value(scoreAt + 1) : QString();
     const bool finish = args.contains(QStringLiteral("--finish"));
     const bool print = args.contains(QStringLiteral("--print"));
+    const bool table = args.contains(QStringLiteral("--table"));
+    const int calcAt = args.indexOf(QStringLiteral("--calc"));
+    const int buttonAt = args.indexOf(QStringLiteral("--button"));
 
     auto* main = qobject_cast<AppMain*>(StartUp({args.first()}));
     if (!main)
@@ -121,7 +129,26 @@ int main(int argc, char** argv) {
                 return;
             }
         }
+        if (table)
+            main->M_H_P2_Click();
+        // The picture is taken from inside whatever modal dialog opens below.
         QTimer::singleShot(400, shoot);
+        if (calcAt > 0) {
+            const QString expression = args.value(calcAt + 1);
+            QTimer::singleShot(150, [expression] {
+                QWidget* dialog = QApplication::activeModalWidget();
+                auto* display =
+                    dialog ? dialog->findChild<QLineEdit*>(QStringLiteral("Anzeige")) : nullptr;
+                if (display && !expression.isEmpty()) {
+                    QTest::keyClicks(display, expression);
+                    QTest::keyClick(display, Qt::Key_Return);
+                }
+            });
+            main->mnu_HelpCalc_Click();
+        } else if (buttonAt > 0) {
+            if (auto* b = main->findChild<QAbstractButton*>(args.value(buttonAt + 1)))
+                b->click();
+        }
     });
     return app.exec();
 }

@@ -1,0 +1,95 @@
+// Every row of what the expert level withholds, asked of the one place that
+// decides it, and seen through the menus of the main window.
+#include "aids/ExpertLimits.h"
+#include "aids/PeriodicTablePanel.h"
+#include "app/AppMain.h"
+#include "app/StartUp.h"
+#include "pages/PageFixture.h"
+
+#include <QAction>
+#include <QTemporaryDir>
+
+using Aid = ExpertLimits::Aid;
+Q_DECLARE_METATYPE(ExpertLimits::Aid)
+
+class TestExpertLimits : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void decidesEachAid_data();
+    void decidesEachAid();
+    void menusAskTheLevel();
+};
+
+void TestExpertLimits::decidesEachAid_data() {
+    QTest::addColumn<Aid>("aid");
+    QTest::addColumn<int>("level");
+    QTest::addColumn<bool>("allowed");
+    QTest::addColumn<QString>("notice");
+    const QString button = QStringLiteral("Tut mir leid! Streber müssen im Kopf rechnen!");
+    const QString menu = QStringLiteral("Tut mir leid, Streber müssen selber rechnen!");
+    const QString table = QStringLiteral("Leider ist das Periodensystem nichts für Streber...");
+    QTest::newRow("button, normal") << Aid::CalculatorButton << 0 << true << button;
+    QTest::newRow("button, expert") << Aid::CalculatorButton << 1 << false << button;
+    QTest::newRow("menu, normal") << Aid::CalculatorMenu << 0 << true << menu;
+    QTest::newRow("menu, expert") << Aid::CalculatorMenu << 1 << false << menu;
+    QTest::newRow("table, normal") << Aid::PeriodicTable << 0 << true << table;
+    QTest::newRow("table, expert") << Aid::PeriodicTable << 1 << false << table;
+    QTest::newRow("formulas, normal") << Aid::MolarMassFormulas << 0 << true << QString();
+    QTest::newRow("formulas, expert") << Aid::MolarMassFormulas << 1 << false << QString();
+    // Only 0 and 1 are ever chosen; the menu has only ever refused exactly
+    // 1, everything else refuses anything but 0.
+    QTest::newRow("button, odd level") << Aid::CalculatorButton << 2 << false << button;
+    QTest::newRow("menu, odd level") << Aid::CalculatorMenu << 2 << true << menu;
+}
+
+void TestExpertLimits::decidesEachAid() {
+    QFETCH(Aid, aid);
+    QFETCH(int, level);
+    QFETCH(bool, allowed);
+    QFETCH(QString, notice);
+    QCOMPARE(ExpertLimits::allows(aid, level), allowed);
+    QCOMPARE(ExpertLimits::refusal(aid), notice);
+    QCOMPARE(ExpertLimits::drawsAllRecords(level), level != 0);
+    ModalAnswer answer(QStringLiteral("OK"));
+    QWidget parent;
+    QCOMPARE(ExpertLimits::mayUse(aid, level, &parent), allowed);
+    // A refusal with words is said in a notice with an empty title.
+    QCOMPARE(answer.seen(), !allowed && !notice.isEmpty());
+    QCOMPARE(answer.text(), answer.seen() ? notice : QString());
+    QCOMPARE(answer.title(), QString());
+}
+
+void TestExpertLimits::menusAskTheLevel() {
+    QTemporaryDir dir;
+    qputenv("LABQUIZ_DATA", dir.path().toLocal8Bit());
+    std::unique_ptr<AppMain> main(qobject_cast<AppMain*>(StartUp({QStringLiteral("labquiz")})));
+    QVERIFY(main);
+    auto* calc = main->findChild<QAction*>(QStringLiteral("mnu_HelpCalc"));
+    auto* table = main->findChild<QAction*>(QStringLiteral("M_H_P2"));
+    {
+        CalculatorDriver driver(QStringLiteral("2*1,01+16"));
+        calc->trigger();
+        QVERIFY(driver.sawCalculator());
+    }
+    main->flow().state().ExpertLevel = 1;
+    {
+        CalculatorDriver driver(QStringLiteral("1"));
+        calc->trigger();
+        QVERIFY(!driver.sawCalculator());
+        QCOMPARE(driver.notice(), QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
+        QCOMPARE(driver.noticeTitle(), QString());
+    }
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        table->trigger();
+        QCOMPARE(answer.text(),
+                 QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
+    }
+    QVERIFY(!main->periodicTable()->isVisible());
+    main->flow().state().ExpertLevel = 0;
+    table->trigger();
+    QVERIFY(main->periodicTable()->isVisible());
+}
+
+QTEST_MAIN(TestExpertLimits)
+#include "test_expert_limits.moc"

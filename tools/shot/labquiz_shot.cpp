@@ -2,11 +2,13 @@
 // and saves a picture of the whole screen, so that a page can be looked at
 // under Xvfb without clicking through a test. Run it through tools/shot.
 //
-//   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong]
+//   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong|mixed]
 //
 // --fill right types the expected answers into the page's line edits where a
-// page keeps them one to one in DrawnAnswers; pages with other fields are
-// left as drawn.
+// page keeps them one to one in DrawnAnswers, or where a field names its
+// slot in the property "answerSlot"; --fill wrong types "falsch"; --fill
+// mixed types a wrong answer into every third field and right ones into the
+// rest.
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
@@ -25,7 +27,7 @@ int main(int argc, char** argv) {
     QStringList args = app.arguments();
     if (args.size() < 2) {
         std::fprintf(stderr, "usage: labquiz_shot OUT.png [--page N] [--expert] [--check] "
-                             "[--fill right|wrong]\n");
+                             "[--fill right|wrong|mixed]\n");
         return 2;
     }
     const QString out = args.at(1);
@@ -53,14 +55,20 @@ int main(int argc, char** argv) {
             if (p && !fill.isEmpty()) {
                 const auto edits = p->findChildren<QLineEdit*>();
                 int i = 0;
+                int filled = 0;
                 for (QLineEdit* e : edits) {
                     if (!e->isVisible() || e->isReadOnly())
                         continue;
-                    const QString a = main->flow().state().DrawnAnswers[i++];
-                    e->setText(fill == QLatin1String("right") ? a.section(u'*', 1, 1).isEmpty()
-                                                                    ? a.section(u'|', 0, 0)
-                                                                    : a.section(u'*', 1, 1)
-                                                              : QStringLiteral("falsch"));
+                    // A field that names its slot in DrawnAnswers takes that one.
+                    const QVariant slot = e->property("answerSlot");
+                    const QString a =
+                        main->flow().state().DrawnAnswers[slot.isValid() ? slot.toInt() : i];
+                    ++i;
+                    const bool right = fill == QLatin1String("right") ||
+                                       (fill == QLatin1String("mixed") && filled++ % 3 != 1);
+                    e->setText(right ? a.section(u'*', 1, 1).isEmpty() ? a.section(u'|', 0, 0)
+                                                                       : a.section(u'*', 1, 1)
+                                     : QStringLiteral("falsch"));
                 }
             }
             if (p && check)

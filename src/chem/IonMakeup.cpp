@@ -64,28 +64,44 @@ QList<IonMakeup::Share> IonMakeup::of(QStringView formula, const QStringList& io
     }
 }
 
-QString IonMakeup::toHtml(QStringView formula, const QStringList& ionTexts) {
+namespace {
+
+// Both renderings build the same line; only the formula rendering differs.
+template <typename Render>
+QString line(QStringView formula, const QStringList& ionTexts, const QString& gap, Render render) {
     const QStringView shownFormula = formula.trimmed();
     const QStringList texts = nonEmpty(ionTexts);
-    const QString arrow = QStringLiteral(" \u2192 ");
+    const QString arrow = gap + QStringLiteral("\u2192 ");
     const QString plus = QStringLiteral(" + ");
 
-    const QList<Share> shares = of(shownFormula, texts);
+    const QList<IonMakeup::Share> shares = IonMakeup::of(shownFormula, texts);
     if (!shares.isEmpty()) {
         QStringList parts;
-        for (const Share& s : shares) {
-            const QString ion = FormulaText::formulaToHtml(s.ion);
+        for (const IonMakeup::Share& s : shares) {
+            const QString ion = render(s.ion);
             parts << (s.count == 1 ? ion : QStringLiteral("%1 %2").arg(s.count).arg(ion));
         }
-        return parts.join(plus) + arrow + FormulaText::formulaToHtml(shownFormula);
+        return parts.join(plus) + arrow + render(shownFormula);
     }
     QStringList ions;
     for (const QString& t : texts)
-        ions << FormulaText::formulaToHtml(t);
+        ions << render(t);
     if (shownFormula.isEmpty())
         return ions.join(QStringLiteral(", "));
     if (ions.isEmpty())
-        return FormulaText::formulaToHtml(shownFormula);
-    return FormulaText::formulaToHtml(shownFormula) + QStringLiteral(" (Ionen: ") +
+        return render(shownFormula);
+    return render(shownFormula) + gap + QStringLiteral("(Ionen: ") +
            ions.join(QStringLiteral(", ")) + u')';
+}
+
+} // namespace
+
+QString IonMakeup::toHtml(QStringView formula, const QStringList& ions, bool twoLines) {
+    return line(formula, ions, twoLines ? QStringLiteral("<br>") : QStringLiteral(" "),
+                [](QStringView f) { return FormulaText::formulaToHtml(f); });
+}
+
+QString IonMakeup::toPlain(QStringView formula, const QStringList& ions) {
+    return line(formula, ions, QStringLiteral(" "),
+                [](QStringView f) { return FormulaText::formulaToPlain(f); });
 }

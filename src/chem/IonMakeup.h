@@ -28,6 +28,10 @@ public:
 
     // Rich text for a label: "Ca²⁺ + 2 Cl⁻ → CaCl₂" when the ions add up;
     // otherwise whatever is there: the formula with its ions in brackets,
-    // or only the formula, or only the ions.
-    static QString toHtml(QStringView formula, const QStringList& ions);
+    // or only the formula, or only the ions. twoLines breaks the line before
+    // the arrow (or the brackets) for a narrow place.
+    static QString toHtml(QStringView formula, const QStringList& ions, bool twoLines = false);
+    // The same line with Unicode sub- and superscripts, for measuring it or
+    // for places without rich text.
+    static QString toPlain(QStringView formula, const QStringList& ions);
 };

@@ -19,8 +19,15 @@ public:
     QString formula() const { return m_formula; }
     QStringList ions() const { return m_ions; }
     void setSubstance(const QString& formula, const QStringList& ions);
+    // Two lines, the second beginning with the arrow, for a narrow place.
+    void setTwoLines(bool twoLines);
+    void setVisible(bool visible) override;
 
 private:
     QString m_formula;
     QStringList m_ions;
+    // The text is only built when the label is first shown: most draws
+    // never show it.
+    bool m_stale = false;
+    bool m_twoLines = false;
 };

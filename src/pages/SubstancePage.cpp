@@ -1,5 +1,7 @@
 #include "pages/SubstancePage.h"
 
+#include "chem/FormulaText.h"
+#include "chem/IonMakeup.h"
 #include "controls/FormulaLabel.h"
 #include "controls/IonMakeupLabel.h"
 #include "controls/Look.h"
@@ -13,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRect>
 
 namespace {
 
@@ -21,6 +24,10 @@ namespace {
 int gridRow(int task) {
     return task < SubstancePage::kFormulaTasks ? 1 + task : 3 + task;
 }
+
+// Gaps in the correction cell: caption, answer, (double gap) ions.
+constexpr int kGap = 6;
+constexpr int kCellSpacing = 4 * kGap;
 
 } // namespace
 
@@ -86,18 +93,15 @@ SubstancePage::SubstancePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 1
         m_titles[i]->setObjectName(QStringLiteral("lab_SubsTermTitle(%1)").arg(i));
         m_titles[i]->setStyleSheet(
             QStringLiteral("color: %1; font-size: 15px;").arg(Look::accentDark().name()));
-        // A long salt beside a long name wraps at its "+" rather than
-        // leaving the card.
-        m_titles[i]->setWordWrap(true);
         m_titles[i]->hide();
 
         // The correction and the ions follow each other in one cell, so
         // that one long name does not push every row's ions aside.
         auto* cell = new QHBoxLayout;
-        cell->setSpacing(6);
+        cell->setSpacing(kGap);
         cell->addWidget(m_rightIs[i]);
         cell->addWidget(m_corrections[i]);
-        cell->addSpacing(12);
+        cell->addSpacing(2 * kGap);
         cell->addWidget(m_titles[i], 1);
         g->addLayout(cell, row, 2);
     }
@@ -162,6 +166,7 @@ void SubstancePage::reset() {
         m_corrections[i]->hide();
         m_rightIs[i]->hide();
         m_titles[i]->hide();
+        m_titles[i]->setTwoLines(false);
     }
 }
 
@@ -199,9 +204,32 @@ bool SubstancePage::judge(Marking& marking) {
             m_corrections[i]->setText(right);
         m_corrections[i]->show();
         m_rightIs[i]->setVisible(!right.isEmpty());
+        fitTitle(i);
         m_titles[i]->show();
     }
     return marking.rightOnPage() == kQuestions;
+}
+
+void SubstancePage::fitTitle(int task) {
+    // A long salt beside a long name goes on two lines rather than leaving
+    // the card. Word wrap would lay the rich text out for every width the
+    // grid tries; a fixed break where the plain-text width says it is needed
+    // costs nothing in the usual case.
+    const QRect cell = grid()->cellRect(gridRow(task), 2);
+    if (cell.width() <= 0)
+        return;
+    auto width = [](QLabel* label, const QString& text) {
+        label->ensurePolished();
+        return label->fontMetrics().horizontalAdvance(text);
+    };
+    const QString right = correction(state().DrawnAnswers[task]);
+    IonMakeupLabel* title = m_titles[task];
+    const int needed = width(m_rightIs[task], m_rightIs[task]->text()) +
+                       width(m_corrections[task],
+                             task < kFormulaTasks ? FormulaText::formulaToPlain(right) : right) +
+                       kCellSpacing +
+                       width(title, IonMakeup::toPlain(title->formula(), title->ions()));
+    title->setTwoLines(needed > cell.width());
 }
 
 void SubstancePage::leave() {

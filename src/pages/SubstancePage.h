@@ -45,6 +45,7 @@ protected:
     bool judge(Marking& marking) override;
 
 private:
+    void fitTitle(int task);
     void leave();
 
     std::array<QLabel*, kQuestions> m_names{};          // Substanz(i), tasks 0-2

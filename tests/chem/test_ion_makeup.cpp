@@ -46,22 +46,31 @@ private Q_SLOTS:
     void showsWhatThereIs_data() {
         QTest::addColumn<QString>("formula");
         QTest::addColumn<QStringList>("ions");
+        QTest::addColumn<bool>("twoLines");
         QTest::addColumn<QString>("html");
         const QString minus = QStringLiteral("\u2212");
-        QTest::newRow("Ionen mit Anzahl")
-            << "CaCl2" << QStringList{"Ca^2+", "Cl^-"}
-            << "Ca<sup>2+</sup> + 2 Cl<sup>" + minus + "</sup> \u2192 CaCl<sub>2</sub>";
-        QTest::newRow("passt nicht") << "NaCl" << QStringList{"K^+", "Cl^-"}
+        const QString calcium = "Ca<sup>2+</sup> + 2 Cl<sup>" + minus + "</sup>";
+        QTest::newRow("Ionen mit Anzahl") << "CaCl2" << QStringList{"Ca^2+", "Cl^-"} << false
+                                          << calcium + " \u2192 CaCl<sub>2</sub>";
+        QTest::newRow("zwei Zeilen") << "CaCl2" << QStringList{"Ca^2+", "Cl^-"} << true
+                                     << calcium + "<br>\u2192 CaCl<sub>2</sub>";
+        QTest::newRow("passt nicht") << "NaCl" << QStringList{"K^+", "Cl^-"} << false
                                      << "NaCl (Ionen: K<sup>+</sup>, Cl<sup>" + minus + "</sup>)";
-        QTest::newRow("nur Formel") << "H2O" << QStringList{} << "H<sub>2</sub>O";
-        QTest::newRow("nur Ionen") << "" << QStringList{"Na^+"} << "Na<sup>+</sup>";
-        QTest::newRow("Auszeichnung") << "<b>" << QStringList{""} << "&lt;b&gt;";
+        QTest::newRow("nur Formel") << "H2O" << QStringList{} << true << "H<sub>2</sub>O";
+        QTest::newRow("nur Ionen") << "" << QStringList{"Na^+"} << false << "Na<sup>+</sup>";
+        QTest::newRow("Auszeichnung") << "<b>" << QStringList{""} << false << "&lt;b&gt;";
     }
     void showsWhatThereIs() {
         QFETCH(QString, formula);
         QFETCH(QStringList, ions);
+        QFETCH(bool, twoLines);
         QFETCH(QString, html);
-        QCOMPARE(IonMakeup::toHtml(formula, ions), html);
+        QCOMPARE(IonMakeup::toHtml(formula, ions, twoLines), html);
+    }
+
+    void plainTextForMeasuring() {
+        QCOMPARE(IonMakeup::toPlain(u"CaCl2", {QStringLiteral("Ca^2+"), QStringLiteral("Cl^-")}),
+                 QStringLiteral("Ca\u00B2\u207A + 2 Cl\u207B \u2192 CaCl\u2082"));
     }
 };
 

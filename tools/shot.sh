@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Saves a screenshot of the program under Xvfb, as a person would see it:
-#   tools/shot.sh OUT.png [WIDTHxHEIGHT] [labquiz_shot options: --page N --expert --check --fill right|wrong]
+#   tools/shot.sh OUT.png [WIDTHxHEIGHT] [labquiz_shot options: --page N --expert --check --fill right|wrong|mixed]
 # Uses a throwaway data folder seeded from the compiled-in data.
 set -euo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"

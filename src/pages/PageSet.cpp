@@ -3,9 +3,11 @@
 #include "pages/AmountPage.h"
 #include "pages/ComprehensionPage.h"
 #include "pages/ElementPage.h"
+#include "pages/EquationPage.h"
 #include "pages/MolarMassPage.h"
 #include "pages/NumberSyllablePage.h"
 #include "pages/PendingPage.h"
+#include "pages/SubstancePage.h"
 #include "session/TestFlow.h"
 
 #include <QWidget>
@@ -21,6 +23,8 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
     place(new NumberSyllablePage(flow, holder));
     place(new MolarMassPage(flow, holder));
     place(new AmountPage(flow, holder));
+    place(new SubstancePage(flow, holder));
+    place(new EquationPage(flow, holder));
     // Pages still to be built: they keep their place in the order so that a
     // test runs through to the end.
     struct Pending {
@@ -28,11 +32,8 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
         int buttons;
         const char* title;
     };
-    const Pending pending[] = {{3, 3, "Definitionen"},
-                               {4, 4, "Chemische Begriffe"},
-                               {5, 5, "Ionenladungen"},
-                               {9, 8, "Gleichungen einrichten"},
-                               {11, 11, "Formeln und Namen"}};
+    const Pending pending[] = {
+        {3, 3, "Definitionen"}, {4, 4, "Chemische Begriffe"}, {5, 5, "Ionenladungen"}};
     for (const Pending& p : pending)
         place(new PendingPage(flow, p.page, p.buttons, QString::fromUtf8(p.title), holder));
 }

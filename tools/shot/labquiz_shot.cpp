@@ -2,14 +2,16 @@
 // and saves a picture of the whole screen, so that a page can be looked at
 // under Xvfb without clicking through a test. Run it through tools/shot.
 //
-//   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong]
+//   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong|mixed]
 //                [--candidate TEXT] [--score C/T] [--finish] [--print]
 //                [--table] [--calc EXPR] [--button NAME]
 //
 // --fill right types the expected answers into the page's line edits where a
-// page keeps them one to one in DrawnAnswers; where DrawnAnswers holds the
+// page keeps them one to one in DrawnAnswers, or where a field names its
+// slot in the property "answerSlot"; where DrawnAnswers holds the
 // index of a choice button instead (yes/no pairs), it clicks that button
-// (right) or its partner (wrong). Other fields are left as drawn.
+// (right) or its partner (wrong). Other fields are left as drawn. --fill
+// mixed answers every third field wrong and the rest right.
 // --score C/T sets the counters before the page is checked; --finish then
 // presses the page's "Weiter" and shoots what comes up (the result form
 // after the last page); --print presses "Graphik Drucken" on the result
@@ -37,7 +39,7 @@ int main(int argc, char** argv) {
     QStringList args = app.arguments();
     if (args.size() < 2) {
         std::fprintf(stderr, "usage: labquiz_shot OUT.png [--page N] [--expert] [--check] "
-                             "[--fill right|wrong]\n");
+                             "[--fill right|wrong|mixed]\n");
         return 2;
     }
     const QString out = args.at(1);
@@ -81,14 +83,20 @@ int main(int argc, char** argv) {
             if (p && !fill.isEmpty()) {
                 const auto edits = p->findChildren<QLineEdit*>();
                 int i = 0;
+                int filled = 0;
                 for (QLineEdit* e : edits) {
                     if (!e->isVisible() || e->isReadOnly())
                         continue;
-                    const QString a = main->flow().state().DrawnAnswers[i++];
-                    e->setText(fill == QLatin1String("right") ? a.section(u'*', 1, 1).isEmpty()
-                                                                    ? a.section(u'|', 0, 0)
-                                                                    : a.section(u'*', 1, 1)
-                                                              : QStringLiteral("falsch"));
+                    // A field that names its slot in DrawnAnswers takes that one.
+                    const QVariant slot = e->property("answerSlot");
+                    const QString a =
+                        main->flow().state().DrawnAnswers[slot.isValid() ? slot.toInt() : i];
+                    ++i;
+                    const bool right = fill == QLatin1String("right") ||
+                                       (fill == QLatin1String("mixed") && filled++ % 3 != 1);
+                    e->setText(right ? a.section(u'*', 1, 1).isEmpty() ? a.section(u'|', 0, 0)
+                                                                       : a.section(u'*', 1, 1)
+                                     : QStringLiteral("falsch"));
                 }
                 QString choiceName;
                 int pairs = 0;

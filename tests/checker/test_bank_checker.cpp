@@ -321,6 +321,16 @@ void TestBankChecker::findsProblem_data() {
     QTest::newRow("alternatives differ")
         << "CH3COONa*C2H3O2Na" << 1 << L{"CH3COONa*C2H3O2K"} << false << "+0"
         << "nicht dieselbe Zusammensetzung" << false;
+    QTest::newRow("amount depends on the atomic masses")
+        << "Frage A" << 2
+        << L{"Wie viel mol sind 111,7 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"}
+        << false << "+0"
+        << "Die Antwort hängt davon ab, mit welchen Atommassen" << true;
+    QTest::newRow("amount answer wrong")
+        << "Frage A" << 2
+        << L{"Wie viel mol sind 28 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"}
+        << false << "+1"
+        << "Die Antwort 2.00 passt nicht zur Frage" << false;
     QTest::newRow("charged substance") << "LiCl" << 1 << L{"LiCl^+"} << false << "+0"
                                        << "\"LiCl^+\" trägt eine Ladung" << false;
 }

@@ -50,8 +50,13 @@ AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     // Some room around the card where the screen has it; on a school laptop
     // with a taskbar (1366×700 usable) the window takes what is there.
     QSize wanted(kHolderWidth + 120, cardStack + 90);
-    if (const QScreen* s = screen())
-        wanted = wanted.boundedTo(s->availableGeometry().size() - QSize(0, 32));
+    if (const QScreen* s = screen()) {
+        // 32 px for the window manager's title bar above the window.
+        const QRect area = s->availableGeometry();
+        wanted = wanted.boundedTo(area.size() - QSize(0, 32)).expandedTo(minimumSize());
+        move(area.left() + (area.width() - wanted.width()) / 2,
+             area.top() + qMax(0, (area.height() - wanted.height() - 32) / 2));
+    }
     resize(wanted.expandedTo(minimumSize()));
 }
 

@@ -3,6 +3,7 @@
 #include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
+#include "controls/ButtonEnterKey.h"
 #include "controls/Look.h"
 
 #include <QApplication>
@@ -24,8 +25,10 @@ private:
 } // namespace
 
 QWidget* StartUp(const QStringList& commandLine) {
-    if (qApp)
+    if (qApp) {
         qApp->setStyleSheet(Look::styleSheet());
+        ButtonEnterKey::install(qApp);
+    }
     // Arguments after the program's own name form the command line.
     QStringList arguments = commandLine;
     if (!arguments.isEmpty())

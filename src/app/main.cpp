@@ -1,70 +1,62 @@
-#include "app/AppInfo.h"
-#include "app/CommandLine.h"
+#include "app/ConsoleCommands.h"
 #include "app/StartUp.h"
-#include "checker/BankChecker.h"
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QProcessEnvironment>
+#include <QStringList>
 #include <QTextStream>
 #include <QWidget>
-#include <cstring>
+#include <cstdio>
 
 namespace {
 
 void nameApplication() {
     // The names decide the per-user data folder, so the checker must use
     // the same ones as the program to find the teacher's copy of the bank.
+    // No display name: the window system would add it to every caption.
     QCoreApplication::setApplicationName(QStringLiteral("LabQuiz"));
     QCoreApplication::setOrganizationName(QStringLiteral("Laborix"));
 }
 
-bool asksForCheck(int argc, char* argv[]) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--check") == 0)
-            return true;
-    }
-    return false;
+// The words after the program's name, read before any Qt application
+// exists: --help and --version must work where no display is reachable.
+QStringList wordsOf(int argc, char* argv[]) {
+    QStringList words;
+    for (int i = 1; i < argc; ++i)
+        words << QString::fromLocal8Bit(argv[i]);
+    return words;
 }
 
-// "labquiz --check [FILE]": checks a task bank without any window, so that
-// it also runs where there is no display.
-int runChecker(int argc, char* argv[]) {
-    QCoreApplication app(argc, argv);
-    nameApplication();
-    const CommandLine commandLine(QCoreApplication::arguments());
-    QString bankPath;
-    commandLine.wantsCheck(&bankPath);
-    // "--check -DEV" asks for the developer folder, not for a file "-DEV".
-    if (bankPath.startsWith(u'-') && !QFileInfo::exists(bankPath))
-        bankPath.clear();
-    const QString dataFolder =
-        AppInfo::resolveDataFolder(commandLine, QProcessEnvironment::systemEnvironment());
-    if (bankPath.isEmpty())
-        bankPath = dataFolder + QStringLiteral("labquiz.dat");
-    QString elementsPath = QFileInfo(bankPath).dir().filePath(QStringLiteral("elements.dat"));
-    if (!QFileInfo(elementsPath).isFile())
-        elementsPath = dataFolder + QStringLiteral("elements.dat");
-
-    const BankChecker::Report report = BankChecker::checkFiles(bankPath, elementsPath);
-    QTextStream out(stdout);
-    for (const QString& line : report.lines())
-        out << line << '\n';
-    out.flush();
-    return report.exitCode();
+int print(const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+    std::fflush(stdout);
+    return 0;
 }
 
 } // namespace
 
 int main(int argc, char* argv[]) {
-    if (asksForCheck(argc, argv))
-        return runChecker(argc, argv);
+    const QStringList words = wordsOf(argc, argv);
+    switch (ConsoleCommands::kindOf(words)) {
+    case ConsoleCommands::Kind::Help:
+        return print(ConsoleCommands::usageText());
+    case ConsoleCommands::Kind::Version:
+        return print(ConsoleCommands::versionText() + u'\n');
+    case ConsoleCommands::Kind::Check: {
+        QCoreApplication app(argc, argv);
+        nameApplication();
+        QTextStream out(stdout);
+        QTextStream err(stderr);
+        return ConsoleCommands::runCheck(words, QProcessEnvironment::systemEnvironment(), out, err);
+    }
+    case ConsoleCommands::Kind::Window:
+        break;
+    }
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("LabQuiz"));
-    QApplication::setOrganizationName(QStringLiteral("Laborix"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Laborix Test"));
+    nameApplication();
+    QGuiApplication::setDesktopFileName(QStringLiteral("de.laborix.LabQuiz"));
     QWidget* main = StartUp(QApplication::arguments());
     if (!main)
         return 0;

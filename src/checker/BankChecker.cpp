@@ -116,6 +116,7 @@ BankChecker::Report BankChecker::checkFiles(const QString& bankPath, const QStri
     QFile file(bankPath);
     if (!file.open(QIODevice::ReadOnly)) {
         Report report;
+        report.bankRead = false;
         report.findings.append(
             {bankPath, 0, Severity::Error,
              QFileInfo::exists(bankPath)

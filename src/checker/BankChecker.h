@@ -24,11 +24,13 @@ public:
     struct Report {
         QList<Finding> findings;
         QString summary;
+        bool bankRead = true; // false: the bank file could not be opened
 
         int errorCount() const;
         int warningCount() const;
-        // 1 as soon as there is anything to tell the teacher.
-        int exitCode() const { return findings.isEmpty() ? 0 : 1; }
+        // 0 without errors (warnings are advice), 1 with errors, 2 when the
+        // bank could not be read at all.
+        int exitCode() const { return !bankRead ? 2 : errorCount() > 0 ? 1 : 0; }
         QStringList lines() const; // the findings, then the summary
     };
 

@@ -1,5 +1,6 @@
 #include "checker/RecordRules.h"
 
+#include "checker/AmountRules.h"
 #include "checker/BankChecker.h"
 #include "checker/CheckContext.h"
 #include "checker/ElementRules.h"
@@ -178,6 +179,8 @@ void RecordRules::checkFields(CheckContext& ctx, Section s, int first, bool repe
     case TaskBank::AmountSubstancesSection:
         if (!empty[1])
             FieldRules::readNumber(ctx, first + 1, l2, CheckContext::fieldName(s, 1));
+        if (!empty[0] && !empty[1])
+            AmountRules::checkAmount(ctx, first, l1, l2);
         break;
     default:
         break;

@@ -10,6 +10,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void normalLevelWithoutBasicEntriesDoesNotHang();
     void resizeKeepsCardCentred();
     void infoAndExpertRefusals();
+    void enterPressesFocusedButtons();
 
 private:
     AppMain* start(const QStringList& args = {QStringLiteral("labquiz")});
@@ -395,6 +397,38 @@ void TestApp::infoAndExpertRefusals() {
         main->mnu_HelpCalc_Click();
         QCOMPARE(answer.text(), QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
     }
+}
+
+void TestApp::enterPressesFocusedButtons() {
+    AppMain* main = start();
+    QVERIFY(main);
+    main->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(main));
+    // Start page: the name typed, then Enter on the focused start button.
+    auto* name = main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"));
+    name->setText(QStringLiteral("Anna"));
+    auto* start = main->findChild<QPushButton*>(QStringLiteral("OkS0"));
+    start->setFocus();
+    QTest::keyClick(start, Qt::Key_Return);
+    TaskPage* page = main->flow().taskPage(1);
+    QTRY_VERIFY(page->isVisible());
+
+    // In an answer field Enter still walks the fields and checks nothing.
+    auto* first = page->findChild<QLineEdit*>(QStringLiteral("EleSym(0)"));
+    first->setFocus();
+    QTest::keyClick(first, Qt::Key_Return);
+    QCOMPARE(QApplication::focusWidget(), page->findChild<QLineEdit*>(QStringLiteral("EleSym(1)")));
+    QCOMPARE(main->flow().state().TasksSoFar, 0);
+
+    // Enter on "OK" checks, and the focus lands on "Weiter"; Enter there goes on.
+    page->okButton()->setFocus();
+    QTest::keyClick(page->okButton(), Qt::Key_Return);
+    QCOMPARE(main->flow().state().TasksSoFar, 6);
+    QVERIFY(page->nextButton()->isVisible());
+    QCOMPARE(QApplication::focusWidget(), page->nextButton());
+    QTest::keyClick(page->nextButton(), Qt::Key_Enter, Qt::KeypadModifier);
+    QTRY_VERIFY(main->flow().taskPage(2)->isVisible());
+    QCOMPARE(main->flow().PreviousPage(), 1);
 }
 
 QTEST_MAIN(TestApp)

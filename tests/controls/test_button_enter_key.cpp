@@ -1,0 +1,114 @@
+#include "controls/ButtonEnterKey.h"
+
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+#include <QtTest>
+
+// Enter on a focused button presses it, once the filter sits on the
+// application; other widgets and toggles keep their own handling.
+class TestButtonEnterKey : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void pressesOnlyPlainButtons_data();
+    void pressesOnlyPlainButtons();
+    void heldKeyPressesOnce();
+    void installsOnce();
+};
+
+void TestButtonEnterKey::initTestCase() {
+    ButtonEnterKey::install(QCoreApplication::instance());
+}
+
+void TestButtonEnterKey::pressesOnlyPlainButtons_data() {
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<int>("clicks");
+    const int none = Qt::NoModifier;
+    QTest::newRow("Enter auf Weiter") << "Weiter" << int(Qt::Key_Return) << none << 1;
+    QTest::newRow("Enter des Ziffernblocks")
+        << "Weiter" << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << 1;
+    QTest::newRow("Leertaste wie bisher") << "Weiter" << int(Qt::Key_Space) << none << 1;
+    QTest::newRow("Alt+Enter nicht")
+        << "Weiter" << int(Qt::Key_Return) << int(Qt::AltModifier) << 0;
+    QTest::newRow("Strg+Enter nicht")
+        << "Weiter" << int(Qt::Key_Return) << int(Qt::ControlModifier) << 0;
+    QTest::newRow("andere Taste") << "Weiter" << int(Qt::Key_A) << none << 0;
+    QTest::newRow("gesperrter Knopf") << "Gesperrt" << int(Qt::Key_Return) << none << 0;
+    QTest::newRow("Optionsfeld bleibt") << "Option" << int(Qt::Key_Return) << none << 0;
+    QTest::newRow("Kästchen bleibt") << "Kaestchen" << int(Qt::Key_Return) << none << 0;
+    QTest::newRow("Eingabefeld") << "Feld" << int(Qt::Key_Return) << none << 0;
+}
+
+void TestButtonEnterKey::pressesOnlyPlainButtons() {
+    QFETCH(QString, target);
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(int, clicks);
+
+    QWidget page;
+    auto* layout = new QVBoxLayout(&page);
+    auto* field = new QLineEdit(&page);
+    field->setObjectName(QStringLiteral("Feld"));
+    auto* next = new QPushButton(QStringLiteral("&Weiter"), &page);
+    next->setObjectName(QStringLiteral("Weiter"));
+    auto* off = new QPushButton(QStringLiteral("Aus"), &page);
+    off->setObjectName(QStringLiteral("Gesperrt"));
+    off->setEnabled(false);
+    auto* option = new QRadioButton(QStringLiteral("Ja"), &page);
+    option->setObjectName(QStringLiteral("Option"));
+    auto* box = new QCheckBox(QStringLiteral("Kästchen"), &page);
+    box->setObjectName(QStringLiteral("Kaestchen"));
+    for (QWidget* w :
+         {static_cast<QWidget*>(field), static_cast<QWidget*>(next), static_cast<QWidget*>(off),
+          static_cast<QWidget*>(option), static_cast<QWidget*>(box)})
+        layout->addWidget(w);
+    int pressed = 0;
+    for (auto* b : page.findChildren<QAbstractButton*>())
+        connect(b, &QAbstractButton::clicked, this, [&pressed] { ++pressed; });
+    int returns = 0;
+    connect(field, &QLineEdit::returnPressed, this, [&returns] { ++returns; });
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+
+    QWidget* w = page.findChild<QWidget*>(target);
+    QVERIFY(w);
+    QTest::keyClick(w, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QCOMPARE(pressed, clicks);
+    QVERIFY(!option->isChecked());
+    QVERIFY(!box->isChecked());
+    // An answer field still gets its Enter.
+    QCOMPARE(returns, target == QLatin1String("Feld") ? 1 : 0);
+}
+
+void TestButtonEnterKey::heldKeyPressesOnce() {
+    QPushButton button(QStringLiteral("&OK"));
+    int pressed = 0;
+    connect(&button, &QPushButton::clicked, this, [&pressed] { ++pressed; });
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QKeyEvent first(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(u'\r'), false);
+    QApplication::sendEvent(&button, &first);
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(u'\r'), true);
+        QApplication::sendEvent(&button, &repeat);
+    }
+    QCOMPARE(pressed, 1);
+}
+
+void TestButtonEnterKey::installsOnce() {
+    ButtonEnterKey::install(QCoreApplication::instance());
+    ButtonEnterKey::install(QCoreApplication::instance());
+    QCOMPARE(QCoreApplication::instance()
+                 ->findChildren<ButtonEnterKey*>(QString(), Qt::FindDirectChildrenOnly)
+                 .size(),
+             1);
+}
+
+QTEST_MAIN(TestButtonEnterKey)
+#include "test_button_enter_key.moc"

@@ -30,6 +30,7 @@
 #include <QProcess>
 #include <QResizeEvent>
 #include <QScreen>
+#include <QTimer>
 
 AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     setObjectName(QStringLiteral("frm_AppMain"));
@@ -275,6 +276,12 @@ void AppMain::closeEvent(QCloseEvent* event) {
 bool AppMain::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_central && event->type() == QEvent::Resize)
         Form_Resize();
+    // The task pages are built once the start page has been painted, so the
+    // window comes up without waiting for them.
+    if (watched == m_central && event->type() == QEvent::Paint && !m_pagesQueued) {
+        m_pagesQueued = true;
+        QTimer::singleShot(0, m_flow, &TestFlow::buildAllPages);
+    }
     return QMainWindow::eventFilter(watched, event);
 }
 

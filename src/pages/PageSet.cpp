@@ -13,18 +13,22 @@
 #include <QWidget>
 
 void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
-    auto place = [&](TaskPage* page) {
-        page->setGeometry(0, 0, holder->width(), holder->height());
-        page->hide();
-        flow.addPage(page);
+    // Each page is built when the flow first needs it.
+    auto place = [&flow, holder](int number, auto make) {
+        flow.addPageFactory(number, [&flow, holder, make]() -> FlowPage* {
+            TaskPage* page = make(flow, holder);
+            page->setGeometry(0, 0, holder->width(), holder->height());
+            page->hide();
+            return page;
+        });
     };
-    place(new ElementPage(flow, holder));
-    place(new ComprehensionPage(flow, holder));
-    place(new NumberSyllablePage(flow, holder));
-    place(new MolarMassPage(flow, holder));
-    place(new AmountPage(flow, holder));
-    place(new SubstancePage(flow, holder));
-    place(new EquationPage(flow, holder));
+    place(1, [](TestFlow& f, QWidget* h) { return new ElementPage(f, h); });
+    place(6, [](TestFlow& f, QWidget* h) { return new ComprehensionPage(f, h); });
+    place(2, [](TestFlow& f, QWidget* h) { return new NumberSyllablePage(f, h); });
+    place(8, [](TestFlow& f, QWidget* h) { return new MolarMassPage(f, h); });
+    place(12, [](TestFlow& f, QWidget* h) { return new AmountPage(f, h); });
+    place(11, [](TestFlow& f, QWidget* h) { return new SubstancePage(f, h); });
+    place(9, [](TestFlow& f, QWidget* h) { return new EquationPage(f, h); });
     // Pages still to be built: they keep their place in the order so that a
     // test runs through to the end.
     struct Pending {
@@ -35,5 +39,7 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
     const Pending pending[] = {
         {3, 3, "Definitionen"}, {4, 4, "Chemische Begriffe"}, {5, 5, "Ionenladungen"}};
     for (const Pending& p : pending)
-        place(new PendingPage(flow, p.page, p.buttons, QString::fromUtf8(p.title), holder));
+        place(p.page, [p](TestFlow& f, QWidget* h) {
+            return new PendingPage(f, p.page, p.buttons, QString::fromUtf8(p.title), h);
+        });
 }

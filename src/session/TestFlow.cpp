@@ -68,14 +68,28 @@ void TestFlow::addPage(FlowPage* page) {
     m_pages.insert(page->pageNumber(), page);
 }
 
+void TestFlow::addPageFactory(int number, std::function<FlowPage*()> make) {
+    m_factories.insert(number, std::move(make));
+}
+
+void TestFlow::buildAllPages() {
+    for (auto it = m_factories.cbegin(); it != m_factories.cend(); ++it)
+        flowPage(it.key());
+}
+
 QWidget* TestFlow::pageWidget(int number) const {
     if (number == 0)
         return m_startPage;
-    return m_pages.value(number);
+    return flowPage(number);
 }
 
 FlowPage* TestFlow::flowPage(int number) const {
-    return m_pages.value(number);
+    FlowPage* page = m_pages.value(number);
+    if (!page && m_factories.contains(number)) {
+        page = m_factories.value(number)();
+        m_pages.insert(number, page);
+    }
+    return page;
 }
 
 void TestFlow::setScoreBoard(QLabel* tasks, QLabel* correct, GradeMark* mark) {
@@ -168,7 +182,7 @@ void TestFlow::ShowPage(int target) {
             return;
     }
     if (target >= 1 && isPageNumber(target)) {
-        if (QWidget* page = m_pages.value(target)) {
+        if (QWidget* page = flowPage(target)) {
             slideIn(page, target);
             if (!self)
                 return;
@@ -187,7 +201,7 @@ void TestFlow::GenerateTest(int page) {
             m_generateStart();
         return;
     }
-    if (FlowPage* p = m_pages.value(page))
+    if (FlowPage* p = flowPage(page))
         p->generate();
 }
 

@@ -52,6 +52,12 @@ public:
 
     void setStartPage(QWidget* page, std::function<void()> generate);
     void addPage(FlowPage* page);
+    // A page made only when it is first needed (shown, drawn or looked up):
+    // the start page comes up without building the nine task pages.
+    void addPageFactory(int number, std::function<FlowPage*()> make);
+    // Builds every page not built yet; the main window calls it once the
+    // start page is on screen, while the candidate types a name.
+    void buildAllPages();
     QWidget* pageWidget(int number) const;
     FlowPage* flowPage(int number) const;
     // The page as the kind of page its caller knows (pages/TaskPage by
@@ -104,7 +110,8 @@ private:
     std::unique_ptr<RandomSource> m_random;
     QPointer<QWidget> m_startPage;
     std::function<void()> m_generateStart;
-    QMap<int, QPointer<FlowPage>> m_pages;
+    mutable QMap<int, QPointer<FlowPage>> m_pages;
+    QMap<int, std::function<FlowPage*()>> m_factories;
     QPointer<QLabel> m_tasksLabel;
     QPointer<QLabel> m_correctLabel;
     QPointer<GradeMark> m_mark;

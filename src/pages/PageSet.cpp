@@ -1,7 +1,10 @@
 #include "pages/PageSet.h"
 
+#include "pages/DefinitionPage.h"
 #include "pages/ElementPage.h"
+#include "pages/IonChargePage.h"
 #include "pages/PendingPage.h"
+#include "pages/TermPage.h"
 #include "session/TestFlow.h"
 
 #include <QWidget>
@@ -13,6 +16,9 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
         flow.addPage(page);
     };
     place(new ElementPage(flow, holder));
+    place(new DefinitionPage(flow, holder));
+    place(new TermPage(flow, holder));
+    place(new IonChargePage(flow, holder));
     // Pages still to be built: they keep their place in the order so that a
     // test runs through to the end.
     struct Pending {
@@ -20,15 +26,9 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
         int buttons;
         const char* title;
     };
-    const Pending pending[] = {{2, 2, "Zahlsilben"},
-                               {3, 3, "Definitionen"},
-                               {4, 4, "Chemische Begriffe"},
-                               {5, 5, "Ionenladungen"},
-                               {6, 6, "Verständnisfragen"},
-                               {8, 7, "Molare Massen"},
-                               {9, 8, "Gleichungen einrichten"},
-                               {11, 11, "Formeln und Namen"},
-                               {12, 12, "Stoffmengen"}};
+    const Pending pending[] = {{2, 2, "Zahlsilben"},          {6, 6, "Verständnisfragen"},
+                               {8, 7, "Molare Massen"},       {9, 8, "Gleichungen einrichten"},
+                               {11, 11, "Formeln und Namen"}, {12, 12, "Stoffmengen"}};
     for (const Pending& p : pending)
         place(new PendingPage(flow, p.page, p.buttons, QString::fromUtf8(p.title), holder));
 }

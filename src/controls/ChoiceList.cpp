@@ -4,6 +4,8 @@
 #include "controls/Look.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QHash>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
@@ -63,12 +65,23 @@ public:
         int width = opt.rect.width();
         if (const auto* view = qobject_cast<const QAbstractItemView*>(opt.widget))
             width = view->viewport()->width();
-        QTextDocument doc;
-        layOut(doc, opt.text, opt.font, width);
-        return {width, static_cast<int>(std::ceil(doc.size().height())) + 2 * kPadY + 1};
+        // A list lays out all its items at once; the same texts come back
+        // on every draw, so their heights are kept.
+        const QString key = QString::number(width) + u'\n' + opt.font.key() + u'\n' + opt.text;
+        auto found = m_heights.constFind(key);
+        if (found == m_heights.cend()) {
+            if (m_heights.size() > 4000)
+                m_heights.clear();
+            QTextDocument doc;
+            layOut(doc, opt.text, opt.font, width);
+            found = m_heights.insert(key, static_cast<int>(std::ceil(doc.size().height())));
+        }
+        return {width, found.value() + 2 * kPadY + 1};
     }
 
 private:
+    mutable QHash<QString, int> m_heights;
+
     static void layOut(QTextDocument& doc, const QString& text, const QFont& font, int width) {
         doc.setDocumentMargin(0);
         doc.setDefaultFont(font);
@@ -92,10 +105,10 @@ ChoiceList::ChoiceList(QWidget* parent) : QListWidget(parent) {
     setResizeMode(QListView::Adjust);
     setUniformItemSizes(false);
     setItemDelegate(new WrappingDelegate(this));
-    setStyleSheet(QStringLiteral("border: 1px solid #b0bec5; border-radius: 4px; "
-                                 "font-size: 13px; background-color: #ffffff;"));
-    // The list's own rules would reach the scroll bar too; it keeps a slim
-    // look of its own, whatever colour the list is marked with.
+    QFont small = font();
+    small.setPixelSize(13);
+    setFont(small);
+    // A slim scroll bar of its own; set once, it costs nothing later.
     verticalScrollBar()->setStyleSheet(QStringLiteral(
         "QScrollBar:vertical { border: none; background: transparent; background-color: "
         "transparent; width: 10px; margin: 2px; }"
@@ -120,6 +133,23 @@ QStringList ChoiceList::choices() const {
     for (int i = 0; i < count(); ++i)
         out << item(i)->text();
     return out;
+}
+
+void ChoiceList::setMark(const QColor& colour) {
+    m_mark = colour;
+    setProperty("markColour", colour.isValid() ? QVariant(colour) : QVariant());
+    viewport()->update();
+}
+
+void ChoiceList::paintEvent(QPaintEvent* event) {
+    // Painted here rather than through the palette: the application's style
+    // sheet gives the viewport a palette of its own and renews it whenever
+    // the list is enabled or disabled.
+    if (m_mark.isValid()) {
+        QPainter painter(viewport());
+        painter.fillRect(event->rect(), m_mark);
+    }
+    QListWidget::paintEvent(event);
 }
 
 QString ChoiceList::chosenText() const {

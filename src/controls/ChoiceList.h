@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QListWidget>
 #include <QString>
 #include <QStringList>
@@ -25,4 +26,17 @@ public:
     QString chosenText() const;
     // Changes the text of the item in row (for marking a wrong choice).
     void replaceChoice(int row, const QString& text);
+
+    // Fills the whole list with a right or wrong colour; an invalid colour
+    // takes the mark away. The colour is also kept in the property
+    // "markColour", as Look keeps it for other fields. A list is not marked
+    // through a style sheet: a new sheet would lay out every item again.
+    void setMark(const QColor& colour);
+    QColor mark() const { return m_mark; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor m_mark;
 };

@@ -129,7 +129,7 @@ void DefinitionPage::reset() {
         m_terms[i]->clear();
         m_lists[i]->setChoices({});
         m_lists[i]->setEnabled(true);
-        Look::clearMarks(m_lists[i]);
+        m_lists[i]->setMark({});
     }
 }
 
@@ -155,10 +155,11 @@ bool DefinitionPage::judge(Marking& marking) {
         const QString chosen = list->chosenText();
         const QString& expected = state().DrawnAnswers[i];
         if (ChoiceRules::sameChoice(expected, chosen)) {
-            marking.right(list);
+            list->setMark(Look::right());
+            marking.addCorrect();
             continue;
         }
-        marking.wrong(list);
+        list->setMark(Look::wrong());
         const int j = ChoiceRules::arrowPosition(list->choices(), chosen);
         if (j >= 0)
             list->replaceChoice(j, ChoiceRules::arrowed(chosen));

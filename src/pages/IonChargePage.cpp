@@ -14,6 +14,14 @@
 #include <cmath>
 #include <cstdint>
 
+namespace {
+// A new style sheet lays the page out again; only marked fields need one.
+void clearMarksOf(QWidget* w) {
+    if (w->property("markColour").isValid() || w->property("markTextColour").isValid())
+        Look::clearMarks(w);
+}
+} // namespace
+
 IonChargePage::IonChargePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 5, 5, parent) {
     setHeading(QStringLiteral(" 4 Bevorzugte Ladungszahl der Ionen"),
                QStringLiteral("Entsprechendes Periodensystem mit [Strg]+F1] oder [Strg]+F2]"));
@@ -108,10 +116,10 @@ IonChargePage::Draw IonChargePage::drawFor(const TaskBank& bank, const QList<int
 void IonChargePage::reset() {
     for (int k = 0; k < kIons; ++k) {
         m_names[k]->clear();
-        Look::clearMarks(m_names[k]);
+        clearMarksOf(m_names[k]);
     }
     for (QRadioButton* b : m_buttons)
-        Look::clearMarks(b);
+        clearMarksOf(b);
     // Every row starts at "-3": an untouched row answers -3.
     for (int k = 0; k < kIons; ++k)
         m_buttons[kCharges * k]->setChecked(true);

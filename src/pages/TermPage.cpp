@@ -16,6 +16,8 @@ namespace {
 // Four rows fill the card with room for the buttons.
 constexpr int kListHeight = 84;
 constexpr int kListWidth = 250;
+constexpr int kCorrectionWidth = 600;
+constexpr int kCorrectionHeight = 22;
 
 // Shows a definition; a formula in it ("H^+") gets its superscript, while
 // the label's text stays the definition itself when it holds none.
@@ -41,17 +43,25 @@ TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, paren
         m_definitions[k] = makeNamed(QStringLiteral("AnzS4(%1)").arg(k), "prompt");
         m_definitions[k]->setWordWrap(true);
         m_definitions[k]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        // The correction sits in a slot of fixed size outside any layout:
+        // showing it then does not lay the whole page out again.
+        auto* slot = new QWidget(cell);
+        slot->setFixedHeight(kCorrectionHeight);
         m_corrections[k] = makeNamed(QStringLiteral("RichtigVon(%1)").arg(k), "correction");
+        m_corrections[k]->setParent(slot);
+        m_corrections[k]->setGeometry(0, 0, kCorrectionWidth, kCorrectionHeight);
         m_corrections[k]->setStyleSheet(
             QStringLiteral("color: #125c66; font-size: 14px; font-weight: 600;"));
         m_corrections[k]->hide();
         column->addWidget(m_definitions[k]);
-        column->addWidget(m_corrections[k]);
+        column->addWidget(slot);
         column->addStretch(1);
 
         m_lists[k] = new ChoiceList(this);
         m_lists[k]->setObjectName(QStringLiteral("AuswahlS4(%1)").arg(k));
         m_lists[k]->setFixedSize(kListWidth, kListHeight);
+        m_lists[k]->setToolTip(
+            QStringLiteral("Die ersten Buchstaben tippen: die Liste springt zum Begriff."));
         g->addWidget(cell, k, 0);
         g->addWidget(m_lists[k], k, 1);
         lists << m_lists[k];
@@ -90,7 +100,7 @@ void TermPage::reset() {
         m_corrections[k]->hide();
         m_lists[k]->setChoices({});
         m_lists[k]->setEnabled(true);
-        Look::clearMarks(m_lists[k]);
+        m_lists[k]->setMark({});
     }
 }
 
@@ -112,9 +122,10 @@ bool TermPage::judge(Marking& marking) {
         ChoiceList* list = m_lists[k];
         list->setEnabled(false);
         if (ChoiceRules::sameChoice(state().DrawnAnswers[k], list->chosenText())) {
-            marking.right(list);
+            list->setMark(Look::right());
+            marking.addCorrect();
         } else {
-            marking.wrong(list);
+            list->setMark(Look::wrong());
             m_corrections[k]->show();
         }
     }

@@ -25,6 +25,7 @@ struct Fixture {
     TaskPage* ions;
 
     explicit Fixture(TaskBank bank = sampleBank()) {
+        qApp->setStyleSheet(Look::styleSheet());
         holder.resize(960, 520);
         definitions = new DefinitionPage(flow, &holder);
         terms = new TermPage(flow, &holder);
@@ -57,6 +58,17 @@ int rowOf(QListWidget* list, const QString& text) {
         if (list->item(r)->text() == text)
             return r;
     return -1;
+}
+
+// The colour a list shows beside the text of an item that is not selected.
+QColor shownBackground(QListWidget* list) {
+    const QImage shown = list->viewport()->grab().toImage();
+    for (int r = 0; r < list->count(); ++r) {
+        const QRect rect = list->visualItemRect(list->item(r));
+        if (!list->item(r)->isSelected() && list->viewport()->rect().contains(rect))
+            return shown.pixelColor(rect.right() - 3, rect.center().y());
+    }
+    return {};
 }
 
 QColor mark(QWidget* w) {
@@ -95,6 +107,13 @@ void TestChoicePages::definitionPage() {
     }
     // The focus makes an item current, but a current item is no answer.
     QCOMPARE(QApplication::focusWidget(), lists[0]);
+    // Enter walks the lists and wraps.
+    f.holder.activateWindow();
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyClick(lists[i], Qt::Key_Return);
+        QVERIFY(lists[(i + 1) % 3]->hasFocus());
+    }
+    QVERIFY(lists[0]->selectedItems().isEmpty());
 
     // Right in list 0 (by a click), wrong in list 1, nothing in list 2.
     const int right0 = rowOf(lists[0], s.DrawnAnswers[0]);
@@ -122,7 +141,9 @@ void TestChoicePages::definitionPage() {
     QCOMPARE(mark(lists[0]), Look::right());
     QCOMPARE(mark(lists[1]), Look::wrong());
     QCOMPARE(mark(lists[2]), Look::wrong());
-    QVERIFY(lists[1]->styleSheet().contains(QStringLiteral("#ff0000")));
+    // The colour fills the list itself, under the program's style sheet.
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(shownBackground(lists[i]), i == 0 ? Look::right() : Look::wrong());
     // The wrong choice keeps its place, marked by the arrow; the right one
     // is selected.
     QCOMPARE(lists[1]->item(wrongRow)->text(), QStringLiteral("-> ") + wrongText);

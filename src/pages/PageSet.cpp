@@ -2,12 +2,14 @@
 
 #include "pages/AmountPage.h"
 #include "pages/ComprehensionPage.h"
+#include "pages/DefinitionPage.h"
 #include "pages/ElementPage.h"
 #include "pages/EquationPage.h"
+#include "pages/IonChargePage.h"
 #include "pages/MolarMassPage.h"
 #include "pages/NumberSyllablePage.h"
-#include "pages/PendingPage.h"
 #include "pages/SubstancePage.h"
+#include "pages/TermPage.h"
 #include "session/TestFlow.h"
 
 #include <QWidget>
@@ -29,17 +31,7 @@ void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
     place(12, [](TestFlow& f, QWidget* h) { return new AmountPage(f, h); });
     place(11, [](TestFlow& f, QWidget* h) { return new SubstancePage(f, h); });
     place(9, [](TestFlow& f, QWidget* h) { return new EquationPage(f, h); });
-    // Pages still to be built: they keep their place in the order so that a
-    // test runs through to the end.
-    struct Pending {
-        int page;
-        int buttons;
-        const char* title;
-    };
-    const Pending pending[] = {
-        {3, 3, "Definitionen"}, {4, 4, "Chemische Begriffe"}, {5, 5, "Ionenladungen"}};
-    for (const Pending& p : pending)
-        place(p.page, [p](TestFlow& f, QWidget* h) {
-            return new PendingPage(f, p.page, p.buttons, QString::fromUtf8(p.title), h);
-        });
+    place(3, [](TestFlow& f, QWidget* h) { return new DefinitionPage(f, h); });
+    place(4, [](TestFlow& f, QWidget* h) { return new TermPage(f, h); });
+    place(5, [](TestFlow& f, QWidget* h) { return new IonChargePage(f, h); });
 }

@@ -7,11 +7,12 @@
 //                [--table] [--calc EXPR] [--button NAME]
 //
 // --fill right types the expected answers into the page's line edits where a
-// page keeps them one to one in DrawnAnswers, or where a field names its
-// slot in the property "answerSlot"; where DrawnAnswers holds the
-// index of a choice button instead (yes/no pairs), it clicks that button
-// (right) or its partner (wrong). Other fields are left as drawn. --fill
-// mixed answers every third field wrong and the rest right.
+// page keeps them one to one in DrawnAnswers (or where a field names its slot
+// in the property "answerSlot"), picks the matching item of each choice list,
+// and checks the button numbered by the answer in each row of option buttons;
+// "wrong" gives a wrong answer everywhere; "mixed" answers task 0 right,
+// task 1 wrong, leaves task 2 as drawn, and so on. Pages with other fields
+// are left as drawn.
 // --score C/T sets the counters before the page is checked; --finish then
 // presses the page's "Weiter" and shoots what comes up (the result form
 // after the last page); --print presses "Graphik Drucken" on the result
@@ -23,16 +24,100 @@
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "session/TestFlow.h"
+#include "session/TextRules.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
+
+namespace {
+
+enum class Answer { Right, Wrong, Leave };
+
+Answer answerFor(const QString& fill, int task) {
+    if (fill == QLatin1String("right"))
+        return Answer::Right;
+    if (fill == QLatin1String("wrong"))
+        return Answer::Wrong;
+    return task % 3 == 0 ? Answer::Right : task % 3 == 1 ? Answer::Wrong : Answer::Leave;
+}
+
+// The index in a control-array name: "Auswahl(2)" gives 2.
+int arrayIndex(const QObject* o) {
+    const QString name = o->objectName();
+    const qsizetype open = name.lastIndexOf(u'(');
+    return open < 0 ? -1 : name.mid(open + 1).chopped(1).toInt();
+}
+
+template <class W> QList<W*> byIndex(QWidget* page) {
+    QList<W*> out;
+    for (W* w : page->findChildren<W*>())
+        if (w->isVisible() && w->isEnabled() && arrayIndex(w) >= 0)
+            out << w;
+    std::sort(out.begin(), out.end(), [](W* a, W* b) { return arrayIndex(a) < arrayIndex(b); });
+    return out;
+}
+
+void fillPage(QWidget* p, const SessionState& s, const QString& fill) {
+    int task = 0;
+    for (QLineEdit* e : p->findChildren<QLineEdit*>()) {
+        if (!e->isVisible() || e->isReadOnly())
+            continue;
+        // A field that names its slot in DrawnAnswers takes that one.
+        const QVariant slot = e->property("answerSlot");
+        const QString a = s.DrawnAnswers[slot.isValid() ? slot.toInt() : task];
+        const Answer how = answerFor(fill, task++);
+        if (how == Answer::Leave)
+            continue;
+        e->setText(how == Answer::Right ? a.section(u'*', 1, 1).isEmpty() ? a.section(u'|', 0, 0)
+                                                                          : a.section(u'*', 1, 1)
+                                        : QStringLiteral("falsch"));
+    }
+    // Choice lists: the item that stands for the expected answer, or another.
+    const QList<QListWidget*> lists = byIndex<QListWidget>(p);
+    for (int i = 0; i < lists.size(); ++i) {
+        const Answer how = answerFor(fill, i);
+        QListWidget* list = lists[i];
+        for (int row = 0; row < list->count() && how != Answer::Leave; ++row) {
+            const bool match =
+                CanonicalText(list->item(row)->text()) == CanonicalText(s.DrawnAnswers[i]);
+            if (match == (how == Answer::Right)) {
+                list->setCurrentRow(row);
+                list->scrollToItem(list->item(row));
+                break;
+            }
+        }
+    }
+    // Rows of option buttons whose answer is the number of the right button.
+    QList<QWidget*> rows;
+    for (QRadioButton* b : byIndex<QRadioButton>(p))
+        if (!rows.contains(b->parentWidget()))
+            rows << b->parentWidget();
+    for (int r = 0; r < rows.size(); ++r) {
+        bool numeric = false;
+        const int right = s.DrawnAnswers[r].toInt(&numeric);
+        const Answer how = answerFor(fill, r);
+        if (!numeric || how == Answer::Leave)
+            continue;
+        // A wrong pick is the last button of the row that is not the right one.
+        QRadioButton* pick = nullptr;
+        for (QRadioButton* b : byIndex<QRadioButton>(rows[r]))
+            if ((arrayIndex(b) == right) == (how == Answer::Right))
+                pick = (how == Answer::Right && pick) ? pick : b;
+        if (pick)
+            pick->click();
+    }
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -80,43 +165,8 @@ int main(int argc, char** argv) {
             if (page != 1)
                 main->flow().ShowPage(page);
             TaskPage* p = main->flow().taskPage(page);
-            if (p && !fill.isEmpty()) {
-                const auto edits = p->findChildren<QLineEdit*>();
-                int i = 0;
-                int filled = 0;
-                for (QLineEdit* e : edits) {
-                    if (!e->isVisible() || e->isReadOnly())
-                        continue;
-                    // A field that names its slot in DrawnAnswers takes that one.
-                    const QVariant slot = e->property("answerSlot");
-                    const QString a =
-                        main->flow().state().DrawnAnswers[slot.isValid() ? slot.toInt() : i];
-                    ++i;
-                    const bool right = fill == QLatin1String("right") ||
-                                       (fill == QLatin1String("mixed") && filled++ % 3 != 1);
-                    e->setText(right ? a.section(u'*', 1, 1).isEmpty() ? a.section(u'|', 0, 0)
-                                                                       : a.section(u'*', 1, 1)
-                                     : QStringLiteral("falsch"));
-                }
-                QString choiceName;
-                int pairs = 0;
-                for (QAbstractButton* b : p->findChildren<QAbstractButton*>()) {
-                    if (b->isCheckable() && b->objectName().endsWith(u')')) {
-                        choiceName = b->objectName().section(u'(', 0, 0);
-                        ++pairs;
-                    }
-                }
-                pairs /= 2;
-                for (int k = 0; !choiceName.isEmpty() && k < pairs; ++k) {
-                    bool isIndex = false;
-                    const int e = main->flow().state().DrawnAnswers[k].trimmed().toInt(&isIndex);
-                    const int pick = fill == QLatin1String("right") ? e : (e ^ 1);
-                    auto* b = p->findChild<QAbstractButton*>(
-                        QStringLiteral("%1(%2)").arg(choiceName).arg(pick));
-                    if (isIndex && b)
-                        b->click();
-                }
-            }
+            if (p && !fill.isEmpty())
+                fillPage(p, main->flow().state(), fill);
             if (!score.isEmpty()) {
                 main->flow().state().CorrectSoFar = score.section(u'/', 0, 0).toInt();
                 main->flow().state().TasksSoFar = score.section(u'/', 1, 1).toInt();

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QColor>
+#include <QListWidget>
+#include <QString>
+#include <QStringList>
+
+// A single-choice list for texts up to a sentence long: an item wraps at the
+// list's width instead of scrolling sideways, the list scrolls vertically
+// only, and formulas in an item show with real sub- and superscripts. Items
+// keep their texts exactly as added (blank-padded, as the task bank stores
+// them); only the display leaves the padding out.
+//
+// The answer is the selected item. Qt makes an item current without
+// selecting it when the list gets the focus; such an item is no answer, and
+// a freshly filled list has nothing selected.
+class ChoiceList : public QListWidget {
+    Q_OBJECT
+public:
+    explicit ChoiceList(QWidget* parent = nullptr);
+
+    // Replaces all items; nothing is selected afterwards.
+    void setChoices(const QStringList& texts);
+    QStringList choices() const;
+    // The text of the selected item, empty when none is selected.
+    QString chosenText() const;
+    // Changes the text of the item in row (for marking a wrong choice).
+    void replaceChoice(int row, const QString& text);
+
+    // Fills the whole list with a right or wrong colour; an invalid colour
+    // takes the mark away. The colour is also kept in the property
+    // "markColour", as Look keeps it for other fields. A list is not marked
+    // through a style sheet: a new sheet would lay out every item again.
+    void setMark(const QColor& colour);
+    QColor mark() const { return m_mark; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QColor m_mark;
+};

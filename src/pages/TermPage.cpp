@@ -1,0 +1,133 @@
+#include "pages/TermPage.h"
+
+#include "chem/FormulaText.h"
+#include "controls/ChoiceList.h"
+#include "controls/Look.h"
+#include "pages/ChoiceRules.h"
+#include "pages/Marking.h"
+#include "session/TestFlow.h"
+#include "session/TextRules.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace {
+// Four rows fill the card with room for the buttons.
+constexpr int kListHeight = 84;
+constexpr int kListWidth = 250;
+constexpr int kCorrectionWidth = 600;
+constexpr int kCorrectionHeight = 22;
+
+// Shows a definition; a formula in it ("H^+") gets its superscript, while
+// the label's text stays the definition itself when it holds none.
+void showDefinition(QLabel* label, const QString& text) {
+    const QString html = FormulaText::textToHtml(text);
+    label->setTextFormat(html == text ? Qt::PlainText : Qt::RichText);
+    label->setText(html == text ? text : html);
+}
+} // namespace
+
+TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, parent) {
+    setHeading(QStringLiteral(" 4 Chemische Begriffe suchen"),
+               QStringLiteral("Begriffe  zu den gegebenen Definitionen auswählen!"));
+    QGridLayout* g = grid();
+    g->setColumnStretch(0, 1);
+    g->setColumnMinimumWidth(1, kListWidth);
+    QList<QWidget*> lists;
+    for (int k = 0; k < kQuestions; ++k) {
+        auto* cell = new QWidget(this);
+        auto* column = new QVBoxLayout(cell);
+        column->setContentsMargins(0, 2, 0, 0);
+        column->setSpacing(4);
+        m_definitions[k] = makeNamed(QStringLiteral("AnzS4(%1)").arg(k), "prompt");
+        m_definitions[k]->setWordWrap(true);
+        m_definitions[k]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        // The correction sits in a slot of fixed size outside any layout:
+        // showing it then does not lay the whole page out again.
+        auto* slot = new QWidget(cell);
+        slot->setFixedHeight(kCorrectionHeight);
+        m_corrections[k] = makeNamed(QStringLiteral("RichtigVon(%1)").arg(k), "correction");
+        m_corrections[k]->setParent(slot);
+        m_corrections[k]->setGeometry(0, 0, kCorrectionWidth, kCorrectionHeight);
+        m_corrections[k]->setStyleSheet(
+            QStringLiteral("color: #125c66; font-size: 14px; font-weight: 600;"));
+        m_corrections[k]->hide();
+        column->addWidget(m_definitions[k]);
+        column->addWidget(slot);
+        column->addStretch(1);
+
+        m_lists[k] = new ChoiceList(this);
+        m_lists[k]->setObjectName(QStringLiteral("AuswahlS4(%1)").arg(k));
+        m_lists[k]->setFixedSize(kListWidth, kListHeight);
+        m_lists[k]->setToolTip(
+            QStringLiteral("Die ersten Buchstaben tippen: die Liste springt zum Begriff."));
+        g->addWidget(cell, k, 0);
+        g->addWidget(m_lists[k], k, 1);
+        lists << m_lists[k];
+    }
+    chainEnter(lists, [](int k) { return (k + 1) % kQuestions; });
+}
+
+QList<TaskPage::Need> TermPage::needs() const {
+    return {{TaskBank::DefinitionsSection, kQuestions}};
+}
+
+TermPage::Draw TermPage::drawFor(const TaskBank& bank, const QList<int>& records) {
+    Draw d;
+    for (int k = 0; k < kQuestions && k < records.size(); ++k) {
+        const DefinitionRecord& r = bank.Definitions[records[k]];
+        d.definitions[k] = TrimRightBlanks(r.Definition).toString();
+        d.answers[k] = r.Term;
+        d.corrections[k] =
+            QStringLiteral("Korrekter Begriff ist:  ") + TrimBlanks(r.Term).toString();
+    }
+    return d;
+}
+
+QStringList TermPage::allTerms(const TaskBank& bank) {
+    QStringList terms;
+    const BankTable<DefinitionRecord>& table = bank.Definitions;
+    terms.reserve(table.count());
+    for (int r = 1; r <= table.count(); ++r)
+        terms << table[r].Term;
+    return terms;
+}
+
+void TermPage::reset() {
+    for (int k = 0; k < kQuestions; ++k) {
+        m_definitions[k]->clear();
+        m_corrections[k]->hide();
+        m_lists[k]->setChoices({});
+        m_lists[k]->setEnabled(true);
+        m_lists[k]->setMark({});
+    }
+}
+
+void TermPage::draw() {
+    const Draw d = drawFor(bank(), drawDistinct(TaskBank::DefinitionsSection, kQuestions));
+    const QStringList terms = allTerms(bank());
+    for (int k = 0; k < kQuestions; ++k) {
+        showDefinition(m_definitions[k], d.definitions[k]);
+        m_lists[k]->setChoices(terms);
+        state().DrawnAnswers[k] = d.answers[k];
+        m_corrections[k]->setText(d.corrections[k]);
+        m_corrections[k]->hide();
+    }
+    m_lists[0]->setFocus();
+}
+
+bool TermPage::judge(Marking& marking) {
+    for (int k = 0; k < kQuestions; ++k) {
+        ChoiceList* list = m_lists[k];
+        list->setEnabled(false);
+        if (ChoiceRules::sameChoice(state().DrawnAnswers[k], list->chosenText())) {
+            list->setMark(Look::right());
+            marking.addCorrect();
+        } else {
+            list->setMark(Look::wrong());
+            m_corrections[k]->show();
+        }
+    }
+    return marking.rightOnPage() == kQuestions;
+}

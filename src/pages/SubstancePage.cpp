@@ -111,8 +111,6 @@ SubstancePage::SubstancePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 1
     chainEnter(ring, [](int i) { return (i + 1) % kQuestions; });
 
     // "&Weiter" clears the marks before the page slides away.
-    disconnect(nextButton(), &QPushButton::clicked, this, &TaskPage::goOn);
-    connect(nextButton(), &QPushButton::clicked, this, &SubstancePage::leave);
 }
 
 QList<TaskPage::Need> SubstancePage::needs() const {
@@ -232,10 +230,9 @@ void SubstancePage::fitTitle(int task) {
     title->setTwoLines(needed > cell.width());
 }
 
-void SubstancePage::leave() {
+void SubstancePage::leaving() {
     for (TermInput* input : m_inputs)
         Look::clearMarks(input->edit());
     for (int i = kFormulaTasks; i < kQuestions; ++i)
         m_titles[i]->hide();
-    goOn();
 }

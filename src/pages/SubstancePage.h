@@ -43,10 +43,10 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    void leaving() override;
 
 private:
     void fitTitle(int task);
-    void leave();
 
     std::array<QLabel*, kQuestions> m_names{};          // Substanz(i), tasks 0-2
     std::array<FormulaLabel*, kQuestions> m_formulas{}; // lab_SubsTerm(i), tasks 3-5

@@ -230,6 +230,7 @@ void TaskPage::check() {
 }
 
 void TaskPage::goOn() {
+    leaving();
     const int next = TestFlow::nextPageAfter(pageNumber());
     if (next < 0)
         m_flow.finishTest();

@@ -60,6 +60,9 @@ protected:
     virtual bool judge(Marking& marking) = 0;
     // Further reasons why the bank cannot serve the page; empty when it can.
     virtual QString extraBankProblem() const { return {}; }
+    // "&Weiter" was pressed: what the page tidies up before the next one
+    // slides in.
+    virtual void leaving() {}
 
     TestFlow& flow() { return m_flow; }
     const TestFlow& flow() const { return m_flow; }

@@ -56,7 +56,7 @@ NumberSyllablePage::Draw NumberSyllablePage::drawFor(const TaskBank& bank,
             d.answers[i] = number;
         } else {
             d.prompts[i] = number;
-            d.answers[i] = TrimRightBlanks(r.Syllable.Join(u"", u"*", u"")).toString();
+            d.answers[i] = TrimRightBlanks(r.Syllable.Join(u"*", u"*", u"*")).toString();
         }
     }
     return d;

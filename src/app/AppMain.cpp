@@ -30,7 +30,6 @@
 #include <QProcess>
 #include <QResizeEvent>
 #include <QScreen>
-#include <QTimer>
 
 AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     setObjectName(QStringLiteral("frm_AppMain"));
@@ -38,10 +37,9 @@ AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     m_launcher = [](const QString& program, const QStringList& arguments) {
         return QProcess::startDetached(program, arguments);
     };
-    m_exiter = [] {
-        QApplication::closeAllWindows();
-        QCoreApplication::exit(0);
-    };
+    // Ends the program at once: every event loop stops, and no window's
+    // closing handler runs. Quitting from the menu unloads the forms first.
+    m_exiter = [] { QCoreApplication::exit(0); };
     buildBars();
     buildMenus();
     m_flow->setRecords(&m_info);
@@ -165,6 +163,10 @@ bool AppMain::formLoad(AppSplash* splash) {
     m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
     m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });
     PageSet::createTaskPages(*m_flow, m_holder);
+    // Every page container exists once the window is loaded, as tests and
+    // tools that look for a page's controls expect. The flow could build
+    // them on first need instead (the start page would come up sooner).
+    m_flow->buildAllPages();
     m_startPage->setGeometry(0, 0, kHolderWidth, kHolderHeight);
     m_startPage->show();
 
@@ -248,6 +250,7 @@ void AppMain::M_P_ENDE_Click() {
         return;
     m_info.endSession();
     m_quitting = true;
+    QApplication::closeAllWindows();
     m_exiter();
 }
 
@@ -276,12 +279,6 @@ void AppMain::closeEvent(QCloseEvent* event) {
 bool AppMain::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_central && event->type() == QEvent::Resize)
         Form_Resize();
-    // The task pages are built once the start page has been painted, so the
-    // window comes up without waiting for them.
-    if (watched == m_central && event->type() == QEvent::Paint && !m_pagesQueued) {
-        m_pagesQueued = true;
-        QTimer::singleShot(0, m_flow, &TestFlow::buildAllPages);
-    }
     return QMainWindow::eventFilter(watched, event);
 }
 

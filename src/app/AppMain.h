@@ -68,7 +68,6 @@ private:
     void showResult();
 
     AppInfo& m_info;
-    bool m_pagesQueued = false;
     TestFlow* m_flow = nullptr;
     QWidget* m_central = nullptr;
     FadeBar* m_header = nullptr;

@@ -3,7 +3,9 @@
 #include "chem/LegacyText.h"
 #include "chem/TextLines.h"
 
-#include <QSaveFile>
+#include "session/AtomicFile.h"
+
+#include <QFileInfo>
 
 namespace {
 
@@ -134,7 +136,7 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
 bool NamesFile::load() {
     m_names.clear();
     m_difficulty = -1;
-    const std::optional<QString> text = LegacyText::readFile(m_path);
+    const std::optional<QString> text = LegacyText::readFile(m_path, &m_readProblem, kMaxFileBytes);
     if (!text)
         return false;
     parse(*text, &m_names, &m_difficulty);
@@ -153,12 +155,15 @@ QString NamesFile::serialise() const {
     return out;
 }
 
-bool NamesFile::save() const {
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
+bool NamesFile::save() {
+    m_saveProblem.clear();
+    if (m_readProblem.refused()) {
+        m_saveProblem = QStringLiteral("die Namensliste %1 ließ sich nicht lesen und wird darum "
+                                       "nicht überschrieben")
+                            .arg(QFileInfo(m_path).fileName());
         return false;
-    file.write(serialise().toUtf8());
-    return file.commit();
+    }
+    return AtomicFile::write(m_path, serialise().toUtf8(), &m_saveProblem);
 }
 
 bool NamesFile::addName(const QString& name) {

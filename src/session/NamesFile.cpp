@@ -114,7 +114,9 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
                 *difficulty = v;
             continue;
         }
-        if (eq >= 0 && key.compare(u"Name", Qt::CaseInsensitive) == 0) {
+        // Half a UTF-16 pair (from a damaged "Unicode" file) is no text: it
+        // could not be written back as it was read.
+        if (eq >= 0 && key.compare(u"Name", Qt::CaseInsensitive) == 0 && line.isValidUtf16()) {
             const QString name = unescape(line.mid(eq + 1));
             if (names && !name.trimmed().isEmpty() && !names->contains(name))
                 names->append(name);
@@ -122,7 +124,7 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
         }
         // A bare line under [Namen], written by hand, is a name too, as long
         // as it is readable text.
-        if (part == Part::Names && !hasControlCharacters(line)) {
+        if (part == Part::Names && !hasControlCharacters(line) && line.isValidUtf16()) {
             const QString name = line.toString();
             if (names && !names->contains(name))
                 names->append(name);

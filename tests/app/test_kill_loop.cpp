@@ -149,7 +149,7 @@ void TestKillLoop::filesAreAlwaysOldOrNew() {
             return;
     }
     server.process().closeWriteChannel();
-    QVERIFY(server.finish());
+    QVERIFY2(server.finish() && server.exitedCleanly(), qPrintable(server.transcript()));
 
     // A few rounds as the program really starts, libraries and all.
     for (int round = 1; round <= kFullStarts; ++round) {

@@ -1,12 +1,15 @@
 #include "app/AppInfo.h"
 
+#include "chem/LegacyText.h"
 #include "controls/NoticeBox.h"
+#include "session/AtomicFile.h"
 
+#include <QApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace {
@@ -67,48 +70,97 @@ QString AppInfo::prepareDataFolder() {
                                           QFileDevice::WriteUser);
     }
     m_names.load();
+    if (m_names.readProblem().refused()) {
+        problems << m_names.readProblem().text +
+                        QStringLiteral(" Neue Namen werden darum nicht gespeichert.");
+        m_toldCannotSave = true; // this notice says it already
+    }
     return problems.join(u'\n');
 }
 
 bool AppInfo::claimInstance() {
+    if (m_unlocked)
+        return true;
+    const QString lockPath = m_dataFolder + QStringLiteral("laborix.lock");
     if (!m_lock) {
-        m_lock = std::make_unique<QLockFile>(m_dataFolder + QStringLiteral("laborix.lock"));
+        m_lock = std::make_unique<QLockFile>(lockPath);
         m_lock->setStaleLockTime(0); // a lock of a crashed instance is recognised by its PID
     }
     if (m_lock->isLocked())
         return true;
-    return m_lock->tryLock(0);
+    auto take = [this] {
+        if (!m_lock->tryLock(0))
+            return false;
+        // Alone in the folder now: whatever a killed predecessor left
+        // half-way is of no use to anyone.
+        AtomicFile::removeLeftovers(namesPath());
+        AtomicFile::removeLeftovers(logPath());
+        return true;
+    };
+    if (take())
+        return true;
+    if (m_lock->error() != QLockFile::LockFailedError) {
+        m_unlocked = true;
+        return true;
+    }
+    const QDateTime written = QFileInfo(lockPath).lastModified();
+    if (!m_lock->getLockInfo(nullptr, nullptr, nullptr) && written.isValid() &&
+        qAbs(written.msecsTo(QDateTime::currentDateTime())) > kOwnerlessLockMs &&
+        m_lock->removeStaleLockFile())
+        return take();
+    return false;
 }
 
 bool AppInfo::holdsInstance() const {
     return m_lock && m_lock->isLocked();
 }
 
+void AppInfo::cannotSave(const QString& why) {
+    if (m_toldCannotSave)
+        return;
+    m_toldCannotSave = true;
+    message(QApplication::activeWindow(),
+            QStringLiteral("Namen und Ergebnisse können nicht gespeichert werden: %1.\n\nDer "
+                           "Test läuft trotzdem weiter; was schon gespeichert ist, bleibt, wie es "
+                           "ist.")
+                .arg(why));
+}
+
+bool AppInfo::saveNames() {
+    if (m_names.save())
+        return true;
+    cannotSave(m_names.saveProblem());
+    return false;
+}
+
 bool AppInfo::addName(const QString& name) {
     m_names.load(); // another instance may have added names meanwhile
     if (!m_names.addName(name))
         return true;
-    return m_names.save();
+    return saveNames();
 }
 
 bool AppInfo::removeName(const QString& name) {
     m_names.load();
     m_names.removeName(name);
-    return m_names.save();
+    return saveNames();
 }
 
 void AppInfo::setDifficulty(int level) {
     m_names.load();
     m_names.setDifficulty(level);
-    m_names.save();
+    saveNames();
 }
 
 void AppInfo::log(const QString& line) {
-    QByteArray old;
-    {
-        QFile existing(logPath());
-        if (existing.open(QIODevice::ReadOnly))
-            old = existing.readAll();
+    LegacyText::ReadProblem problem;
+    const QByteArray old =
+        LegacyText::readBytes(logPath(), &problem, kMaxLogBytes).value_or(QByteArray());
+    if (problem.refused()) {
+        cannotSave(QStringLiteral("das Protokoll %1 ließ sich nicht lesen und wird darum nicht "
+                                  "überschrieben")
+                       .arg(QLatin1String(kLogName)));
+        return;
     }
     QList<QByteArray> lines = old.split('\n');
     if (!lines.isEmpty() && lines.last().isEmpty())
@@ -116,17 +168,15 @@ void AppInfo::log(const QString& line) {
     lines.append(line.toUtf8());
     if (lines.size() > kLogLinesKept)
         lines = lines.mid(lines.size() - kLogLinesKept);
-    QSaveFile file(logPath());
-    if (!file.open(QIODevice::WriteOnly))
-        return;
+    QByteArray out;
+    out.reserve(old.size() + line.size() * 3 + 2);
     for (const QByteArray& l : lines) {
-        QByteArray clean = l;
-        if (clean.endsWith('\r'))
-            clean.chop(1);
-        file.write(clean);
-        file.write("\r\n");
+        out += l.endsWith('\r') ? l.chopped(1) : l;
+        out += "\r\n";
     }
-    file.commit();
+    QString why;
+    if (!AtomicFile::write(logPath(), out, &why))
+        cannotSave(why);
 }
 
 void AppInfo::logStart(const QString& record, const QString& name) {
@@ -154,5 +204,11 @@ void AppInfo::showInfo(QWidget* parent) const {
 }
 
 void AppInfo::message(QWidget* parent, const QString& text) const {
+    // Without a window system (a tool run, a background writer) the notice
+    // can only go to the error stream.
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
+        qWarning("%s", qPrintable(text));
+        return;
+    }
     NoticeBox::inform(parent, text, QString());
 }

@@ -45,10 +45,18 @@ public:
     QString prepareDataFolder();
 
     // One instance per data folder. False when another one holds the folder.
+    // A lock left by a killed program does not count. Where no lock file can
+    // be made (a read-only folder, a full disk) nothing can be saved either,
+    // so a second program could not spoil anything: this one runs unlocked.
     bool claimInstance();
-    // With "/NEW" the predecessor may still hold the lock while it ends;
-    // the successor keeps trying to take it over.
     bool holdsInstance() const;
+    bool runsUnlocked() const { return m_unlocked; }
+    // A lock file without a readable owner (its writer was killed before it
+    // wrote one) counts as stale once it is this old.
+    static constexpr int kOwnerlessLockMs = 3000;
+
+    // The log is cut to its last lines; a larger file is not a log.
+    static constexpr qint64 kMaxLogBytes = 8 * 1024 * 1024;
 
     NamesFile& names() override { return m_names; }
     bool addName(const QString& name) override;
@@ -63,11 +71,20 @@ public:
     void showInfo(QWidget* parent) const;
     void message(QWidget* parent, const QString& text) const override;
 
+    // The one notice of a session that names or results cannot be saved;
+    // why is the end of its first sentence. Later failures stay quiet.
+    void cannotSave(const QString& why);
+    bool toldCannotSave() const { return m_toldCannotSave; }
+
 private:
+    bool saveNames();
+
     CommandLine m_commandLine;
     QProcessEnvironment m_environment;
     QString m_dataFolder;
     NamesFile m_names;
     std::unique_ptr<QLockFile> m_lock;
     bool m_sessionEnded = false;
+    bool m_unlocked = false;
+    bool m_toldCannotSave = false;
 };

@@ -1,10 +1,13 @@
 #include "app/StartUp.h"
 
+#include "aids/PeriodicTablePanel.h"
 #include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
 #include "controls/ButtonEnterKey.h"
 #include "controls/Look.h"
+#include "controls/PeriodicTableView.h"
+#include "session/TestFlow.h"
 
 #include <QApplication>
 #include <QProcessEnvironment>
@@ -47,9 +50,20 @@ QWidget* StartUp(const QStringList& commandLine) {
         delete main;
         return nullptr;
     }
+    // Everything the data folder could not give goes into one notice: a
+    // file that was refused (a pipe, a device, one far too large) is named
+    // with the reason, and the pages then say what they lack.
+    QStringList problems;
+    if (!problem.isEmpty())
+        problems << problem;
+    if (!main->flow().bank().readProblem.isEmpty())
+        problems << main->flow().bank().readProblem;
+    const QString elements = main->periodicTable()->view()->table().readProblem();
+    if (!elements.isEmpty())
+        problems << elements;
     new AppMainWithInfo(main, std::move(info));
     main->show();
-    if (!problem.isEmpty())
-        main->info().message(main, problem);
+    if (!problems.isEmpty())
+        main->info().message(main, problems.join(QStringLiteral("\n\n")));
     return main;
 }

@@ -6,7 +6,6 @@
 #include "chem/ElementTable.h"
 #include "chem/LegacyText.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 #include <optional>
@@ -113,31 +112,34 @@ BankChecker::Report BankChecker::check(QStringView text, const QString& bankName
 }
 
 BankChecker::Report BankChecker::checkFiles(const QString& bankPath, const QString& elementsPath) {
-    QFile file(bankPath);
-    if (!file.open(QIODevice::ReadOnly)) {
+    LegacyText::ReadProblem problem;
+    const std::optional<QString> read = LegacyText::readFile(bankPath, &problem);
+    if (!read) {
         Report report;
         report.bankRead = false;
-        report.findings.append(
-            {bankPath, 0, Severity::Error,
-             QFileInfo::exists(bankPath)
-                 ? QStringLiteral("Die Datei lässt sich nicht lesen (%1).").arg(file.errorString())
-                 : QStringLiteral("Die Datei gibt es nicht.")});
+        report.findings.append({bankPath, 0, Severity::Error,
+                                problem.failure == LegacyText::ReadFailure::Missing
+                                    ? QStringLiteral("Die Datei gibt es nicht.")
+                                    : problem.text});
         report.summary = QStringLiteral("%1: nicht geprüft.").arg(bankPath);
         return report;
     }
-    const QString text = LegacyText::decode(file.readAll());
+    const QString& text = *read;
 
     QList<Finding> leading;
     std::optional<ElementTable> elements;
     const QString elementsName =
         elementsPath.isEmpty() ? QStringLiteral("elements.dat") : elementsPath;
-    if (!elementsPath.isEmpty() && QFileInfo(elementsPath).isFile())
+    if (!elementsPath.isEmpty())
         elements = ElementTable::load(elementsPath);
     if (!elements || !elements->fileRead()) {
+        const QString why = elements && QFileInfo::exists(elementsPath)
+                                ? elements->readProblem() + u' '
+                                : QString();
         leading.append({elementsName, 0, Severity::Warning,
-                        QStringLiteral("Die Elementtabelle fehlt oder lässt sich nicht lesen; die "
-                                       "Prüfungen gegen sie (Symbole, molare Massen, Gleichungen, "
-                                       "Ionen) entfallen.")});
+                        why + QStringLiteral("Die Elementtabelle fehlt oder lässt sich nicht "
+                                             "lesen; die Prüfungen gegen sie (Symbole, molare "
+                                             "Massen, Gleichungen, Ionen) entfallen.")});
         elements.reset();
     } else {
         for (const ElementTable::Problem& p : elements->problems())

@@ -53,8 +53,13 @@ bool isSymbol(QStringView s) {
 } // namespace
 
 ElementTable ElementTable::load(const QString& path) {
-    const std::optional<QString> text = LegacyText::readFile(path);
-    return text ? fromText(*text) : ElementTable();
+    LegacyText::ReadProblem problem;
+    const std::optional<QString> text = LegacyText::readFile(path, &problem);
+    if (text)
+        return fromText(*text);
+    ElementTable none;
+    none.m_readProblem = problem.text;
+    return none;
 }
 
 ElementTable ElementTable::fromText(QStringView text) {

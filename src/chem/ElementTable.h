@@ -39,6 +39,8 @@ public:
     static ElementTable fromText(QStringView text);
 
     bool fileRead() const { return m_fileRead; }
+    // Why the file was not read (German); empty when it was.
+    QString readProblem() const { return m_readProblem; }
     int count() const { return static_cast<int>(m_elements.size()); }
     const QList<Element>& elements() const { return m_elements; }
     // Case matters: "Co" is cobalt, "CO" is no symbol.
@@ -52,6 +54,7 @@ private:
     void readLine(QStringView line, int lineNumber);
 
     bool m_fileRead = false;
+    QString m_readProblem;
     QList<Element> m_elements;
     QHash<QString, int> m_bySymbol;
     QHash<int, int> m_byNumber;

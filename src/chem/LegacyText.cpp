@@ -1,8 +1,17 @@
 #include "chem/LegacyText.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 #include <array>
+
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -130,9 +139,190 @@ QString LegacyText::decode(QByteArrayView bytes, Encoding* found) {
     return decodeWindows1252(bytes);
 }
 
-std::optional<QString> LegacyText::readFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+QString LegacyText::sizeText(qint64 bytes) {
+    constexpr double kKilo = 1024.0;
+    auto german = [](double value) { return QString::number(value, 'f', 1).replace(u'.', u','); };
+    if (bytes >= qint64(kKilo * kKilo * kKilo))
+        return german(bytes / (kKilo * kKilo * kKilo)) + QStringLiteral(" GB");
+    if (bytes >= qint64(kKilo * kKilo))
+        return QString::number(qRound64(bytes / (kKilo * kKilo))) + QStringLiteral(" MB");
+    if (bytes >= qint64(kKilo))
+        return QString::number(qRound64(bytes / kKilo)) + QStringLiteral(" KB");
+    return QStringLiteral("%1 Bytes").arg(bytes);
+}
+
+namespace {
+
+using ReadFailure = LegacyText::ReadFailure;
+
+void fail(LegacyText::ReadProblem* problem, ReadFailure failure, QString text) {
+    if (problem)
+        *problem = {failure, std::move(text)};
+}
+
+QString shown(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
+void tooLarge(LegacyText::ReadProblem* problem, const QString& path, qint64 size, qint64 max) {
+    fail(problem, ReadFailure::TooLarge,
+         QStringLiteral("Die Datei %1 ist mit %2 zu groß (erlaubt sind höchstens %3) und wird "
+                        "nicht gelesen.")
+             .arg(shown(path), LegacyText::sizeText(size), LegacyText::sizeText(max)));
+}
+
+void unreadable(LegacyText::ReadProblem* problem, const QString& path, bool denied) {
+    fail(problem, ReadFailure::Unreadable,
+         denied ? QStringLiteral("Die Datei %1 darf nicht gelesen werden (keine Berechtigung).")
+                      .arg(shown(path))
+                : QStringLiteral("Die Datei %1 lässt sich nicht lesen.").arg(shown(path)));
+}
+
+void missing(LegacyText::ReadProblem* problem, const QString& path) {
+    fail(problem, ReadFailure::Missing, QStringLiteral("Die Datei %1 fehlt.").arg(shown(path)));
+}
+
+void notAFile(LegacyText::ReadProblem* problem, const QString& path, const QString& what) {
+    fail(problem, ReadFailure::NotAFile,
+         QStringLiteral("%1 ist keine gewöhnliche Datei, sondern %2, und wird nicht gelesen.")
+             .arg(shown(path), what));
+}
+
+#ifdef Q_OS_UNIX
+QString kindOf(mode_t mode) {
+    if (S_ISDIR(mode))
+        return QStringLiteral("ein Ordner");
+    if (S_ISFIFO(mode))
+        return QStringLiteral("eine Pipe (FIFO)");
+    if (S_ISCHR(mode) || S_ISBLK(mode))
+        return QStringLiteral("ein Gerät");
+    if (S_ISSOCK(mode))
+        return QStringLiteral("ein Socket");
+    return QStringLiteral("etwas anderes");
+}
+
+// The file's type is looked at before it is opened (opening a pipe without
+// a writer would wait for ever, opening a device may do things), and again
+// on the open handle, in case the name was switched in between.
+std::optional<QByteArray> readRegular(const QString& path, LegacyText::ReadProblem* problem,
+                                      qint64 maxBytes) {
+    const QByteArray name = QFile::encodeName(path);
+    struct stat st {};
+    if (::stat(name.constData(), &st) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            missing(problem, path);
+        else
+            unreadable(problem, path, errno == EACCES || errno == EPERM);
         return std::nullopt;
-    return decode(file.readAll());
+    }
+    if (!S_ISREG(st.st_mode)) {
+        notAFile(problem, path, kindOf(st.st_mode));
+        return std::nullopt;
+    }
+    if (st.st_size > maxBytes) {
+        tooLarge(problem, path, st.st_size, maxBytes);
+        return std::nullopt;
+    }
+    const int fd = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) {
+        if (errno == ENOENT)
+            missing(problem, path);
+        else
+            unreadable(problem, path, errno == EACCES || errno == EPERM);
+        return std::nullopt;
+    }
+    QByteArray bytes;
+    bool ok = ::fstat(fd, &st) == 0;
+    if (ok && !S_ISREG(st.st_mode)) {
+        notAFile(problem, path, kindOf(st.st_mode));
+        ok = false;
+    } else if (ok) {
+        // The file may grow while it is read; one byte past the limit tells.
+        bytes.resize(qMin<qint64>(qMax<qint64>(st.st_size, 0), maxBytes) + 1);
+        qint64 filled = 0;
+        for (;;) {
+            if (filled == bytes.size()) {
+                if (filled > maxBytes)
+                    break;
+                bytes.resize(qMin<qint64>(filled * 2 + 4096, maxBytes + 1));
+            }
+            const ssize_t got = ::read(fd, bytes.data() + filled, size_t(bytes.size() - filled));
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got < 0) {
+                unreadable(problem, path, false);
+                ok = false;
+                break;
+            }
+            if (got == 0)
+                break;
+            filled += got;
+        }
+        if (ok && filled > maxBytes) {
+            tooLarge(problem, path, filled, maxBytes);
+            ok = false;
+        }
+        bytes.resize(filled);
+    }
+    ::close(fd);
+    if (!ok)
+        return std::nullopt;
+    return bytes;
+}
+#endif
+
+// Where the system calls above are not at hand, and for the program's
+// compiled-in files (":/data/…"), which only Qt can open.
+std::optional<QByteArray> readThroughQt(const QString& path, LegacyText::ReadProblem* problem,
+                                        qint64 maxBytes) {
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        missing(problem, path);
+        return std::nullopt;
+    }
+    if (!info.isFile()) {
+        notAFile(problem, path,
+                 info.isDir() ? QStringLiteral("ein Ordner") : QStringLiteral("ein Gerät"));
+        return std::nullopt;
+    }
+    if (info.size() > maxBytes) {
+        tooLarge(problem, path, info.size(), maxBytes);
+        return std::nullopt;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        unreadable(problem, path, file.error() == QFileDevice::PermissionsError);
+        return std::nullopt;
+    }
+    QByteArray bytes = file.read(maxBytes + 1);
+    if (bytes.size() > maxBytes) {
+        tooLarge(problem, path, bytes.size(), maxBytes);
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+} // namespace
+
+std::optional<QByteArray> LegacyText::readBytes(const QString& path, ReadProblem* problem,
+                                                qint64 maxBytes) {
+    if (problem)
+        *problem = {};
+    if (path.isEmpty()) {
+        missing(problem, path);
+        return std::nullopt;
+    }
+#ifdef Q_OS_UNIX
+    if (!path.startsWith(u':'))
+        return readRegular(path, problem, maxBytes);
+#endif
+    return readThroughQt(path, problem, maxBytes);
+}
+
+std::optional<QString> LegacyText::readFile(const QString& path, ReadProblem* problem,
+                                            qint64 maxBytes) {
+    const std::optional<QByteArray> bytes = readBytes(path, problem, maxBytes);
+    if (!bytes)
+        return std::nullopt;
+    return decode(*bytes);
 }

@@ -3,7 +3,9 @@
 #include "chem/LegacyText.h"
 #include "chem/TextLines.h"
 
-#include <QSaveFile>
+#include "session/AtomicFile.h"
+
+#include <QFileInfo>
 
 namespace {
 
@@ -112,7 +114,9 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
                 *difficulty = v;
             continue;
         }
-        if (eq >= 0 && key.compare(u"Name", Qt::CaseInsensitive) == 0) {
+        // Half a UTF-16 pair (from a damaged "Unicode" file) is no text: it
+        // could not be written back as it was read.
+        if (eq >= 0 && key.compare(u"Name", Qt::CaseInsensitive) == 0 && line.isValidUtf16()) {
             const QString name = unescape(line.mid(eq + 1));
             if (names && !name.trimmed().isEmpty() && !names->contains(name))
                 names->append(name);
@@ -120,7 +124,7 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
         }
         // A bare line under [Namen], written by hand, is a name too, as long
         // as it is readable text.
-        if (part == Part::Names && !hasControlCharacters(line)) {
+        if (part == Part::Names && !hasControlCharacters(line) && line.isValidUtf16()) {
             const QString name = line.toString();
             if (names && !names->contains(name))
                 names->append(name);
@@ -134,7 +138,7 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
 bool NamesFile::load() {
     m_names.clear();
     m_difficulty = -1;
-    const std::optional<QString> text = LegacyText::readFile(m_path);
+    const std::optional<QString> text = LegacyText::readFile(m_path, &m_readProblem, kMaxFileBytes);
     if (!text)
         return false;
     parse(*text, &m_names, &m_difficulty);
@@ -153,12 +157,15 @@ QString NamesFile::serialise() const {
     return out;
 }
 
-bool NamesFile::save() const {
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly))
+bool NamesFile::save() {
+    m_saveProblem.clear();
+    if (m_readProblem.refused()) {
+        m_saveProblem = QStringLiteral("die Namensliste %1 ließ sich nicht lesen und wird darum "
+                                       "nicht überschrieben")
+                            .arg(QFileInfo(m_path).fileName());
         return false;
-    file.write(serialise().toUtf8());
-    return file.commit();
+    }
+    return AtomicFile::write(m_path, serialise().toUtf8(), &m_saveProblem);
 }
 
 bool NamesFile::addName(const QString& name) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "chem/LegacyText.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -21,10 +23,22 @@ public:
     NamesFile() = default;
     explicit NamesFile(QString path) : m_path(std::move(path)) {}
 
+    // A list of thousands of names stays far below this; anything larger is
+    // not a names list.
+    static constexpr qint64 kMaxFileBytes = 4 * 1024 * 1024;
+
     // Reads the file; a missing or unreadable file gives an empty list.
     bool load();
-    // Writes the file atomically; false (and the old file kept) on failure.
-    bool save() const;
+    // Writes the file atomically; false (and the old file kept) on failure,
+    // and also when the last load() found a file it would not read, since
+    // writing would throw away what that file holds.
+    bool save();
+
+    // What the last load() found; readProblem().refused() when the file is
+    // there but was not read.
+    const LegacyText::ReadProblem& readProblem() const { return m_readProblem; }
+    // Why the last save() failed (German, the end of a sentence).
+    QString saveProblem() const { return m_saveProblem; }
 
     const QStringList& names() const { return m_names; }
     // No duplicates: an existing name (exact compare) is not added again.
@@ -46,4 +60,6 @@ private:
     QString m_path;
     QStringList m_names;
     int m_difficulty = -1;
+    LegacyText::ReadProblem m_readProblem;
+    QString m_saveProblem;
 };

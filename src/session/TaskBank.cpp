@@ -83,10 +83,12 @@ int TaskBank::basicCount(Section s) const {
 }
 
 TaskBank TaskBank::LoadTaskBank(const QString& path) {
-    const std::optional<QString> text = LegacyText::readFile(path);
+    LegacyText::ReadProblem problem;
+    const std::optional<QString> text = LegacyText::readFile(path, &problem);
     if (!text) {
         TaskBank empty;
         empty.fileRead = false;
+        empty.readProblem = problem.text;
         return empty;
     }
     return fromText(*text);

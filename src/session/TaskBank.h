@@ -121,6 +121,8 @@ public:
 
     std::array<SectionLayout, SectionCount> layout;
     bool fileRead = false; // false when the file could not be opened
+    // Why it was not read (German), e.g. a pipe or a file far too large.
+    QString readProblem;
     int linesRead = 0;
 
     // Reads labquiz.dat. Never fails: whatever could be read is there, the

@@ -334,7 +334,14 @@ void TestApp::missingBankShowsNoticeAndGoesOn() {
     delete main;
     QFile::remove(m_dir->filePath(QStringLiteral("labquiz.dat")));
     QDir().mkdir(m_dir->filePath(QStringLiteral("labquiz.dat")));
-    main = start();
+    {
+        // The start names the file it could not take and why.
+        ModalAnswer answer(QStringLiteral("OK"));
+        main = start();
+        QVERIFY2(answer.text().contains(QStringLiteral("labquiz.dat ist keine gewöhnliche "
+                                                       "Datei, sondern ein Ordner")),
+                 qPrintable(answer.text()));
+    }
     startTest(main, QStringLiteral("Bob"));
     QVERIFY(main->flow().taskPage(1)->bankNotice().contains(QStringLiteral("nicht gefunden")));
 }

@@ -1,0 +1,255 @@
+#include "ProbeSupport.h"
+#include "TestSupport.h"
+#include "app/AppInfo.h"
+#include "session/AtomicFile.h"
+#include "session/NamesFile.h"
+
+#include <QDirIterator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+// A data folder that takes nothing: read-only, full, or with a names list
+// that cannot be replaced. The test still runs, one notice says that names
+// or results cannot be saved, and nothing on disk changes.
+class TestSaveFaults : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void readOnlyFolder();
+    void namesListThatCannotBeReplaced();
+    void fullDiskByFileSizeLimit();
+    void fullTmpfs();
+    void logThatCannotBeReadIsKept();
+    void atomicWriteSaysWhy_data();
+    void atomicWriteSaysWhy();
+
+private:
+    // A data folder with the shipped files, two names and two log lines.
+    void seed();
+    // Every file of the folder with its content.
+    QMap<QString, QByteArray> snapshot() const;
+    void runCandidate(ProbeRun& probe);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void TestSaveFaults::init() {
+    m_dir = std::make_unique<QTemporaryDir>();
+    seed();
+}
+
+void TestSaveFaults::cleanup() {
+    ::chmod(QFile::encodeName(m_dir->path()).constData(), 0755);
+    m_dir.reset();
+}
+
+void TestSaveFaults::seed() {
+    for (const char* f : {"labquiz.dat", "elements.dat"})
+        QVERIFY(QFile::copy(QStringLiteral(LABQUIZ_SOURCE_DATA_DIR "/") + QLatin1String(f),
+                            m_dir->filePath(QLatin1String(f))));
+    NamesFile names(m_dir->filePath(QStringLiteral("names.ini")));
+    // Enough names that the file is larger than the size limit used below.
+    for (int i = 1; i <= 12; ++i)
+        names.addName(QStringLiteral("Schülerin Nummer %1").arg(i));
+    names.setDifficulty(1);
+    QVERIFY(names.save());
+    QByteArray log;
+    for (int i = 1; i <= 6; ++i)
+        log += "-> 0 Start von: Schülerin Nummer " + QByteArray::number(i) +
+               " - 03-28-2006/08:00:00\r\n";
+    QVERIFY(writeFile(m_dir->filePath(QStringLiteral("laborix.log")), log));
+}
+
+QMap<QString, QByteArray> TestSaveFaults::snapshot() const {
+    QMap<QString, QByteArray> files;
+    QDirIterator it(m_dir->path(), QDir::Files | QDir::Hidden | QDir::System);
+    while (it.hasNext()) {
+        QFile f(it.next());
+        f.open(QIODevice::ReadOnly);
+        files.insert(it.fileName(), f.readAll());
+    }
+    return files;
+}
+
+void TestSaveFaults::runCandidate(ProbeRun& probe) {
+    probe.start();
+    QVERIFY2(probe.finish(), qPrintable(probe.transcript()));
+    if (probe.exitCode() == 2)
+        QSKIP("the helper cannot drop its rights or limit file sizes here");
+    QVERIFY2(probe.exitedCleanly(), qPrintable(probe.transcript()));
+    QVERIFY2(probe.lines().contains(QStringLiteral("RUNNING")), qPrintable(probe.transcript()));
+    // The test went on to its first page.
+    QCOMPARE(probe.linesStartingWith(QStringLiteral("PAGE ")), QStringList{QStringLiteral("1")});
+}
+
+void TestSaveFaults::readOnlyFolder() {
+    for (const QString& f : snapshot().keys())
+        QVERIFY(QFile::setPermissions(m_dir->filePath(f), QFileDevice::ReadOwner |
+                                                              QFileDevice::ReadGroup |
+                                                              QFileDevice::ReadOther));
+    QCOMPARE(::chmod(QFile::encodeName(m_dir->path()).constData(), 0555), 0);
+    const auto before = snapshot();
+
+    const QStringList args{QStringLiteral("--no-override"), QStringLiteral("--name"),
+                           QStringLiteral("Carla")};
+    ProbeRun probe(m_dir->path(), args);
+    runCandidate(probe);
+    const QStringList notices = probe.linesStartingWith(QStringLiteral("NOTICE "));
+    QCOMPARE(notices.size(), 1);
+    QVERIFY2(notices.first().startsWith(
+                 QStringLiteral("Namen und Ergebnisse können nicht gespeichert werden: der "
+                                "Datenordner ")) &&
+                 notices.first().contains(QStringLiteral("ist schreibgeschützt.")),
+             qPrintable(notices.first()));
+    QCOMPARE(snapshot(), before);
+}
+
+void TestSaveFaults::namesListThatCannotBeReplaced() {
+    const QString names = m_dir->filePath(QStringLiteral("names.ini"));
+    QVERIFY(QFile::setPermissions(names, QFileDevice::ReadOwner | QFileDevice::ReadGroup));
+    auto before = snapshot();
+
+    const QStringList args{QStringLiteral("--no-override"), QStringLiteral("--name"),
+                           QStringLiteral("Carla")};
+    ProbeRun probe(m_dir->path(), args);
+    runCandidate(probe);
+    const QStringList notices = probe.linesStartingWith(QStringLiteral("NOTICE "));
+    QCOMPARE(notices.size(), 1);
+    QVERIFY2(notices.first().contains(
+                 QStringLiteral("können nicht gespeichert werden: die Datei names.ini ist "
+                                "schreibgeschützt.")),
+             qPrintable(notices.first()));
+    // The names list is as it was; the log, which could be written, has the start.
+    const auto after = snapshot();
+    QCOMPARE(after.value(QStringLiteral("names.ini")), before.value(QStringLiteral("names.ini")));
+    QVERIFY(after.value(QStringLiteral("laborix.log"))
+                .startsWith(before.value(QStringLiteral("laborix.log"))));
+    QVERIFY(after.value(QStringLiteral("laborix.log")).contains("Start von: Carla"));
+    QCOMPARE(after.keys(), before.keys());
+}
+
+void TestSaveFaults::fullDiskByFileSizeLimit() {
+    // No file may grow past 200 bytes: the lock (about 90) still fits, the
+    // names list and the log do not, as on a disk that is almost full.
+    const auto before = snapshot();
+    QVERIFY(before.value(QStringLiteral("names.ini")).size() > 200);
+    const QStringList args{QStringLiteral("--file-size-limit"), QStringLiteral("200"),
+                           QStringLiteral("--name"), QStringLiteral("Carla")};
+    ProbeRun probe(m_dir->path(), args);
+    runCandidate(probe);
+    const QStringList notices = probe.linesStartingWith(QStringLiteral("NOTICE "));
+    QCOMPARE(notices.size(), 1);
+    QVERIFY2(notices.first().startsWith(
+                 QStringLiteral("Namen und Ergebnisse können nicht gespeichert werden: ")),
+             qPrintable(notices.first()));
+    // Not even a half-written temporary file is left behind.
+    QCOMPARE(snapshot(), before);
+}
+
+void TestSaveFaults::fullTmpfs() {
+    // A real full disk needs a small tmpfs, which only a mount namespace of
+    // our own may hold.
+    QProcess probeNs;
+    probeNs.start(QStringLiteral("unshare"), {QStringLiteral("-rm"), QStringLiteral("true")});
+    if (!probeNs.waitForFinished(5000) || probeNs.exitCode() != 0)
+        QSKIP("no mount namespace here (unshare -rm fails); the size limit test stands in");
+
+    QVERIFY(QDir().mkdir(m_dir->filePath(QStringLiteral("disk"))));
+    const QString script =
+        QStringLiteral("set -u\n"
+                       "mount -t tmpfs -o size=256k tmpfs \"$D\" || exit 7\n"
+                       "cp -p \"$S\"/*.dat \"$S\"/names.ini \"$S\"/laborix.log \"$D\"/\n"
+                       "dd if=/dev/zero of=\"$D/fill\" bs=1024 2>/dev/null\n"
+                       "LABQUIZ_DATA=\"$D\" \"$P\" --name Carla; echo \"EXIT $?\"\n"
+                       "for f in labquiz.dat elements.dat names.ini laborix.log; do\n"
+                       "  cmp -s \"$S/$f\" \"$D/$f\" && echo \"SAME $f\"\n"
+                       "done\n"
+                       "ls -A \"$D\" | sed 's/^/FILE /'\n");
+    ProbeRun run(m_dir->path(),
+                 {QStringLiteral("-rm"), QStringLiteral("sh"), QStringLiteral("-c"), script},
+                 QStringLiteral("unshare"));
+    QProcessEnvironment env = run.process().processEnvironment();
+    env.insert(QStringLiteral("D"), m_dir->filePath(QStringLiteral("disk")));
+    env.insert(QStringLiteral("S"), m_dir->path());
+    env.insert(QStringLiteral("P"), QStringLiteral(LABQUIZ_PROBE));
+    run.process().setProcessEnvironment(env);
+    run.start();
+    QVERIFY2(run.finish(), qPrintable(run.transcript()));
+    if (run.exitCode() == 7)
+        QSKIP("tmpfs cannot be mounted here");
+    QVERIFY2(run.lines().contains(QStringLiteral("EXIT 0")), qPrintable(run.transcript()));
+    QVERIFY2(run.lines().contains(QStringLiteral("RUNNING")), qPrintable(run.transcript()));
+    QCOMPARE(run.linesStartingWith(QStringLiteral("PAGE ")), QStringList{QStringLiteral("1")});
+    const QStringList notices = run.linesStartingWith(QStringLiteral("NOTICE "));
+    QCOMPARE(notices.size(), 1);
+    QVERIFY2(notices.first().contains(QStringLiteral("ist voll.")), qPrintable(notices.first()));
+    QCOMPARE(run.linesStartingWith(QStringLiteral("SAME ")),
+             (QStringList{QStringLiteral("labquiz.dat"), QStringLiteral("elements.dat"),
+                          QStringLiteral("names.ini"), QStringLiteral("laborix.log")}));
+    // Nothing half-written is left on the full disk.
+    QStringList files = run.linesStartingWith(QStringLiteral("FILE "));
+    files.sort();
+    QCOMPARE(files, (QStringList{QStringLiteral("elements.dat"), QStringLiteral("fill"),
+                                 QStringLiteral("laborix.log"), QStringLiteral("labquiz.dat"),
+                                 QStringLiteral("names.ini")}));
+}
+
+void TestSaveFaults::logThatCannotBeReadIsKept() {
+    const QString log = m_dir->filePath(QStringLiteral("laborix.log"));
+    QVERIFY(QFile::remove(log));
+    QVERIFY(QFile::link(QStringLiteral("/dev/zero"), log));
+    qputenv("LABQUIZ_DATA", m_dir->path().toLocal8Bit());
+    AppInfo info(CommandLine(), QProcessEnvironment::systemEnvironment());
+    QCOMPARE(info.prepareDataFolder(), QString());
+    {
+        ModalAnswer answer(QStringLiteral("OK"));
+        info.log(QStringLiteral("-> 0 Start von: Carla"));
+        QVERIFY(answer.seen());
+        QVERIFY2(answer.text().contains(QStringLiteral("laborix.log")) &&
+                     answer.text().contains(QStringLiteral("nicht überschrieben")),
+                 qPrintable(answer.text()));
+    }
+    // Later failures stay quiet: a second notice would block this call.
+    info.log(QStringLiteral("-> 0 Start von: Dora"));
+    QVERIFY(info.toldCannotSave());
+    QCOMPARE(QFileInfo(log).symLinkTarget(), QStringLiteral("/dev/zero"));
+    // Names still go where they can.
+    QVERIFY(info.addName(QStringLiteral("Carla")));
+    NamesFile names(info.namesPath());
+    names.load();
+    QVERIFY(names.names().contains(QStringLiteral("Carla")));
+}
+
+void TestSaveFaults::atomicWriteSaysWhy_data() {
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<bool>("written");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("gewöhnlich") << "file" << true << "";
+    QTest::newRow("Ordner fehlt") << "nofolder" << false << "gibt es nicht";
+    QTest::newRow("Ziel ist ein Ordner") << "folder" << false << "keine gewöhnliche Datei";
+}
+
+void TestSaveFaults::atomicWriteSaysWhy() {
+    QFETCH(QString, where);
+    QFETCH(bool, written);
+    QFETCH(QString, why);
+    QString path = m_dir->filePath(QStringLiteral("names.ini"));
+    if (where == QLatin1String("nofolder"))
+        path = m_dir->filePath(QStringLiteral("fehlt/names.ini"));
+    if (where == QLatin1String("folder"))
+        QVERIFY(QDir().mkdir(path = m_dir->filePath(QStringLiteral("ordner"))));
+    QString problem;
+    QCOMPARE(AtomicFile::write(path, "[Namen]\r\nName=Anna\r\n", &problem), written);
+    QVERIFY2(problem.contains(why), qPrintable(problem));
+    if (written) {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), QByteArray("[Namen]\r\nName=Anna\r\n"));
+    }
+}
+
+QTEST_MAIN(TestSaveFaults)
+#include "test_save_faults.moc"

@@ -85,15 +85,15 @@ void TestConsoleCommands::picksTheCommand_data() {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("kind");
     using K = ConsoleCommands::Kind;
-    QTest::newRow("nichts") << QStringList{} << int(K::Window);
-    QTest::newRow("alte Schalter") << QStringList{"/NEW", "-DEV"} << int(K::Window);
-    QTest::newRow("unbekannt") << QStringList{"--hilfe", "-x"} << int(K::Window);
-    QTest::newRow("help") << QStringList{"--help"} << int(K::Help);
-    QTest::newRow("help vor version") << QStringList{"--version", "--help"} << int(K::Help);
-    QTest::newRow("version") << QStringList{"-DEV", "--version"} << int(K::Version);
-    QTest::newRow("version vor check") << QStringList{"--check", "--version"} << int(K::Version);
-    QTest::newRow("check") << QStringList{"/NEW", "--check", "x.dat"} << int(K::Check);
-    QTest::newRow("Groß geschrieben") << QStringList{"--HELP", "--Check"} << int(K::Window);
+    dataRow("nichts", QStringList{}, int(K::Window));
+    dataRow("alte Schalter", QStringList{"/NEW", "-DEV"}, int(K::Window));
+    dataRow("unbekannt", QStringList{"--hilfe", "-x"}, int(K::Window));
+    dataRow("help", QStringList{"--help"}, int(K::Help));
+    dataRow("help vor version", QStringList{"--version", "--help"}, int(K::Help));
+    dataRow("version", QStringList{"-DEV", "--version"}, int(K::Version));
+    dataRow("version vor check", QStringList{"--check", "--version"}, int(K::Version));
+    dataRow("check", QStringList{"/NEW", "--check", "x.dat"}, int(K::Check));
+    dataRow("Groß geschrieben", QStringList{"--HELP", "--Check"}, int(K::Window));
 }
 
 void TestConsoleCommands::picksTheCommand() {
@@ -106,13 +106,12 @@ void TestConsoleCommands::helpAndVersionNeedNoDisplay_data() {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QStringList>("expected");
     const QString version = QStringLiteral("Laborix Test 3.0 (28.03.2006)");
-    QTest::newRow("version") << QStringList{"--version"} << QStringList{version + u'\n'};
-    QTest::newRow("help")
-        << QStringList{"--help"}
-        << QStringList{version, "Aufruf: labquiz", "--check [DATEI]", "Rückgabewert", "-DEV",
-                       "/NEW",  "--version"};
-    QTest::newRow("help mit anderen Schaltern")
-        << QStringList{"-DEV", "/NEW", "--help", "--check"} << QStringList{"Aufruf: labquiz"};
+    dataRow("version", QStringList{"--version"}, QStringList{version + u'\n'});
+    dataRow("help", QStringList{"--help"},
+            QStringList{version, "Aufruf: labquiz", "--check [DATEI]", "Rückgabewert", "-DEV",
+                        "/NEW", "--version"});
+    dataRow("help mit anderen Schaltern", QStringList{"-DEV", "/NEW", "--help", "--check"},
+            QStringList{"Aufruf: labquiz"});
 }
 
 void TestConsoleCommands::helpAndVersionNeedNoDisplay() {
@@ -139,23 +138,19 @@ void TestConsoleCommands::checkExitCodes_data() {
     QTest::addColumn<QStringList>("extraArguments");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("said");
-    QTest::newRow("fehlerfrei") << QByteArray() << QByteArray() << QStringList{} << 0
-                                << QStringLiteral("keine Fehler.");
-    QTest::newRow("nur Warnung: doppelter Eintrag")
-        << QByteArray("Wasserstoff\r\nH\r\nHelium\r\n")
-        << QByteArray("Wasserstoff\r\nH\r\nWasserstoff\r\nH\r\nHelium\r\n") << QStringList{} << 0
-        << QStringLiteral("keine Fehler, 1 Warnung.");
-    QTest::newRow("Fehler: molare Masse")
-        << QByteArray("Wasser\r\n18.0\r\n") << QByteArray("Wasser\r\n18.5\r\n") << QStringList{}
-        << 1 << QStringLiteral("1 Fehler.");
-    QTest::newRow("mit Schaltern davor und dahinter")
-        << QByteArray() << QByteArray() << QStringList{"-dev", "/NEW"} << 0
-        << QStringLiteral("keine Fehler.");
-    QTest::newRow("zwei Dateien") << QByteArray() << QByteArray() << QStringList{"zwei.dat"} << 2
-                                  << QStringLiteral("nur eine Datei");
-    QTest::newRow("unbekannte Angabe")
-        << QByteArray() << QByteArray() << QStringList{"--ausführlich"} << 2
-        << QStringLiteral("unbekannte Angabe \"--ausführlich\"");
+    dataRow("fehlerfrei", QByteArray(), QByteArray(), QStringList{}, 0,
+            QStringLiteral("keine Fehler."));
+    dataRow("nur Warnung: doppelter Eintrag", QByteArray("Wasserstoff\r\nH\r\nHelium\r\n"),
+            QByteArray("Wasserstoff\r\nH\r\nWasserstoff\r\nH\r\nHelium\r\n"), QStringList{}, 0,
+            QStringLiteral("keine Fehler, 1 Warnung."));
+    dataRow("Fehler: molare Masse", QByteArray("Wasser\r\n18.0\r\n"),
+            QByteArray("Wasser\r\n18.5\r\n"), QStringList{}, 1, QStringLiteral("1 Fehler."));
+    dataRow("mit Schaltern davor und dahinter", QByteArray(), QByteArray(),
+            QStringList{"-dev", "/NEW"}, 0, QStringLiteral("keine Fehler."));
+    dataRow("zwei Dateien", QByteArray(), QByteArray(), QStringList{"zwei.dat"}, 2,
+            QStringLiteral("nur eine Datei"));
+    dataRow("unbekannte Angabe", QByteArray(), QByteArray(), QStringList{"--ausführlich"}, 2,
+            QStringLiteral("unbekannte Angabe \"--ausführlich\""));
 }
 
 void TestConsoleCommands::checkExitCodes() {

@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -153,13 +154,11 @@ void TestInstall::installsAndRunsFromPrefix() {
 void TestInstall::usableAsSubproject_data() {
     QTest::addColumn<QString>("include");
     const QString source = QStringLiteral(LABQUIZ_SOURCE_DIR);
-    QTest::newRow("add_subdirectory")
-        << QStringLiteral("add_subdirectory(\"%1\" laborix)\n").arg(source);
-    QTest::newRow("FetchContent") << QStringLiteral("include(FetchContent)\n"
-                                                    "FetchContent_Declare(laborix SOURCE_DIR "
-                                                    "\"%1\")\n"
-                                                    "FetchContent_MakeAvailable(laborix)\n")
-                                         .arg(source);
+    dataRow("add_subdirectory", QStringLiteral("add_subdirectory(\"%1\" laborix)\n").arg(source));
+    dataRow("FetchContent",
+            QStringLiteral("include(FetchContent)\nFetchContent_Declare(laborix SOURCE_DIR "
+                           "\"%1\")\nFetchContent_MakeAvailable(laborix)\n")
+                .arg(source));
 }
 
 void TestInstall::usableAsSubproject() {

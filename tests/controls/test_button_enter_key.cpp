@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "controls/ButtonEnterKey.h"
 
 #include <QCheckBox>
@@ -30,19 +31,16 @@ void TestButtonEnterKey::pressesOnlyPlainButtons_data() {
     QTest::addColumn<int>("modifiers");
     QTest::addColumn<int>("clicks");
     const int none = Qt::NoModifier;
-    QTest::newRow("Enter auf Weiter") << "Weiter" << int(Qt::Key_Return) << none << 1;
-    QTest::newRow("Enter des Ziffernblocks")
-        << "Weiter" << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << 1;
-    QTest::newRow("Leertaste wie bisher") << "Weiter" << int(Qt::Key_Space) << none << 1;
-    QTest::newRow("Alt+Enter nicht")
-        << "Weiter" << int(Qt::Key_Return) << int(Qt::AltModifier) << 0;
-    QTest::newRow("Strg+Enter nicht")
-        << "Weiter" << int(Qt::Key_Return) << int(Qt::ControlModifier) << 0;
-    QTest::newRow("andere Taste") << "Weiter" << int(Qt::Key_A) << none << 0;
-    QTest::newRow("gesperrter Knopf") << "Gesperrt" << int(Qt::Key_Return) << none << 0;
-    QTest::newRow("Optionsfeld bleibt") << "Option" << int(Qt::Key_Return) << none << 0;
-    QTest::newRow("Kästchen bleibt") << "Kaestchen" << int(Qt::Key_Return) << none << 0;
-    QTest::newRow("Eingabefeld") << "Feld" << int(Qt::Key_Return) << none << 0;
+    dataRow("Enter auf Weiter", "Weiter", int(Qt::Key_Return), none, 1);
+    dataRow("Enter des Ziffernblocks", "Weiter", int(Qt::Key_Enter), int(Qt::KeypadModifier), 1);
+    dataRow("Leertaste wie bisher", "Weiter", int(Qt::Key_Space), none, 1);
+    dataRow("Alt+Enter nicht", "Weiter", int(Qt::Key_Return), int(Qt::AltModifier), 0);
+    dataRow("Strg+Enter nicht", "Weiter", int(Qt::Key_Return), int(Qt::ControlModifier), 0);
+    dataRow("andere Taste", "Weiter", int(Qt::Key_A), none, 0);
+    dataRow("gesperrter Knopf", "Gesperrt", int(Qt::Key_Return), none, 0);
+    dataRow("Optionsfeld bleibt", "Option", int(Qt::Key_Return), none, 0);
+    dataRow("Kästchen bleibt", "Kaestchen", int(Qt::Key_Return), none, 0);
+    dataRow("Eingabefeld", "Feld", int(Qt::Key_Return), none, 0);
 }
 
 void TestButtonEnterKey::pressesOnlyPlainButtons() {

@@ -1,10 +1,10 @@
 // The widgets of pages 2, 8 and 12 and their calculator buttons, one test
-// per page; the judging rules themselves are in test_number_answers.
+// per page; the judging rules themselves are in test_answer_rules.
+#include "TestSupport.h"
 #include "controls/FormulaLabel.h"
 #include "pages/AmountPage.h"
 #include "pages/MolarMassPage.h"
 #include "pages/NumberSyllablePage.h"
-#include "pages/PageFixture.h"
 
 #include <QLocale>
 
@@ -23,9 +23,10 @@ private Q_SLOTS:
 };
 
 void TestNumberPages::numberSyllablePage() {
-    PageFixture<NumberSyllablePage> f(bankWithSection(
-        TaskBank::NumberSyllablesSection, {"1", "mono", "2", "di", "3", "tri", "8", "octa*okta"},
-        {"12", "dodeca*dodeka"}));
+    PageFixture<NumberSyllablePage> f(
+        bankWith({{TaskBank::NumberSyllablesSection,
+                   {"1", "mono", "2", "di", "3", "tri", "8", "octa*okta"},
+                   {"12", "dodeca*dodeka"}}}));
     QSet<QString> normal, expert; // the numbers asked for
     for (int round = 0; round < 30; ++round) {
         f.state().ExpertLevel = round % 2;
@@ -80,10 +81,10 @@ void TestNumberPages::numberSyllablePage() {
 
 void TestNumberPages::molarMassPage() {
     PageFixture<MolarMassPage> f(
-        bankWithSection(TaskBank::MolarMassSubstancesSection,
-                        {"Natriumchlorid", "58.4", "NaCl", "Wasser", "18.0", "H2O", "Schwefelsäure",
-                         "98.1", "H2SO4", "Kupfersulfat", "abc", ""},
-                        {"Glucose", "180.2", "C6H12O6"}));
+        bankWith({{TaskBank::MolarMassSubstancesSection,
+                   {"Natriumchlorid", "58.4", "NaCl", "Wasser", "18.0", "H2O", "Schwefelsäure",
+                    "98.1", "H2SO4", "Kupfersulfat", "abc", ""},
+                   {"Glucose", "180.2", "C6H12O6"}}}));
     const QMap<QString, QString> massOf{
         {"NaCl", " 58.4"}, {"H2O", " 18"}, {"H2SO4", " 98.1"}, {"", " 0"}};
     f.flow.ShowPage(8);
@@ -129,7 +130,7 @@ void TestNumberPages::amountPage() {
         basic << QStringLiteral("Wie viel mol sind %1 g Wasser (H2O)?").arg(i)
               << QStringLiteral("0.%1").arg(i);
     PageFixture<AmountPage> f(
-        bankWithSection(TaskBank::AmountSubstancesSection, basic, {"Expertenfrage", "9.99"}));
+        bankWith({{TaskBank::AmountSubstancesSection, basic, {"Expertenfrage", "9.99"}}}));
     QSet<QString> normal, expert;
     for (int round = 0; round < 30; ++round) {
         f.state().ExpertLevel = round % 2;
@@ -158,9 +159,10 @@ void TestNumberPages::amountPage() {
 }
 
 void TestNumberPages::calculatorButtons() {
-    PageFixture<MolarMassPage> mass(bankWithSection(
-        TaskBank::MolarMassSubstancesSection,
-        {"A", "58.4", "NaCl", "B", "18.0", "H2O", "C", "98.1", "H2SO4", "D", "44.0", "CO2"}, {}));
+    PageFixture<MolarMassPage> mass(bankWith(
+        {{TaskBank::MolarMassSubstancesSection,
+          {"A", "58.4", "NaCl", "B", "18.0", "H2O", "C", "98.1", "H2SO4", "D", "44.0", "CO2"},
+          {}}}));
     mass.flow.ShowPage(8);
     const auto mol = [&](int k) { return mass.named(QStringLiteral("Mol"), k); };
     const auto press = [](QWidget* page, int i, const QString& expression, bool takeOver = true) {
@@ -186,8 +188,9 @@ void TestNumberPages::calculatorButtons() {
     QCOMPARE(mass.colour(mol(1)), kRight);
 
     PageFixture<AmountPage> amount(
-        bankWithSection(TaskBank::AmountSubstancesSection,
-                        {"F1", "1", "F2", "2", "F3", "3", "F4", "4", "F5", "5"}, {}));
+        bankWith({{TaskBank::AmountSubstancesSection,
+                   {"F1", "1", "F2", "2", "F3", "3", "F4", "4", "F5", "5"},
+                   {}}}));
     amount.flow.ShowPage(12);
     for (int i = 4; i <= 8; ++i)
         press(amount.page, i, QStringLiteral("%1/4").arg(i));

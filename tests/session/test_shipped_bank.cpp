@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "session/TaskBank.h"
 #include "session/TextRules.h"
 
@@ -104,13 +105,13 @@ void TestShippedBank::substanceLevels_data() {
     for (const char* f : {"NaF", "MgS", "CaF2", "Li2O"})
         QTest::newRow(f) << salts << QString::fromUtf8(f) << true;
     const int masses = TaskBank::MolarMassSubstancesSection;
-    QTest::newRow("Glucose") << masses << "Glucose" << false;
-    QTest::newRow("Saccharose") << masses << "Saccharose" << false;
-    QTest::newRow("Pentahydrat") << masses << "Pentahydrat" << false;
-    QTest::newRow("Dihydrat") << masses << "Dihydrat" << false;
+    dataRow("Glucose", masses, "Glucose", false);
+    dataRow("Saccharose", masses, "Saccharose", false);
+    dataRow("Pentahydrat", masses, "Pentahydrat", false);
+    dataRow("Dihydrat", masses, "Dihydrat", false);
     const int amounts = TaskBank::AmountSubstancesSection;
-    QTest::newRow("Stoffmenge Glucose") << amounts << "Glucose" << false;
-    QTest::newRow("Stoffmenge Hydrat") << amounts << QStringLiteral("·5H2O") << false;
+    dataRow("Stoffmenge Glucose", amounts, "Glucose", false);
+    dataRow("Stoffmenge Hydrat", amounts, QStringLiteral("·5H2O"), false);
 }
 
 void TestShippedBank::substanceLevels() {
@@ -140,12 +141,9 @@ void TestShippedBank::substanceLevels() {
 void TestShippedBank::acceptedSpellings_data() {
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QString>("alsoAccepted");
-    QTest::newRow("Vanadin") << "Vanadium"
-                             << "Vanadin";
-    QTest::newRow("Natriumacetat") << "CH3COONa"
-                                   << "NaCH3COO";
-    QTest::newRow("Natriumhypochlorit") << "NaClO"
-                                        << "NaOCl";
+    dataRow("Vanadin", "Vanadium", "Vanadin");
+    dataRow("Natriumacetat", "CH3COONa", "NaCH3COO");
+    dataRow("Natriumhypochlorit", "NaClO", "NaOCl");
 }
 
 void TestShippedBank::acceptedSpellings() {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the tests share: answering modal notices and the calculator, writing
+// What the tests share: answering notices and working the calculator, writing
 // files and task banks as a teacher's editor would, and a task page with its
 // flow and score board.
 
@@ -29,15 +29,18 @@ template <class... Values> void dataRow(const char* name, const Values&... value
     (QTest::newRow(name) << ... << values);
 }
 
-// Answers the next modal dialog by clicking the button with this caption,
-// and remembers what the dialog said.
+// Answers the next modal dialog. A notice: clicks the button with this
+// caption and remembers what the notice said. The calculator, when an
+// expression is given: types it, Enter, then "Übernehmen" (or Escape).
 class ModalAnswer : public QObject {
 public:
-    explicit ModalAnswer(QString button) : m_button(std::move(button)) {
+    explicit ModalAnswer(QString button, QString expression = {}, bool takeOver = true)
+        : m_button(std::move(button)), m_expression(std::move(expression)), m_takeOver(takeOver) {
         QObject::connect(&m_timer, &QTimer::timeout, this, [this] { poll(); });
         m_timer.start(10);
     }
     bool seen() const { return m_seen; }
+    bool sawCalculator() const { return m_sawCalculator; }
     QString text() const { return m_text; }
     QString title() const { return m_title; }
     QStringList buttons() const { return m_buttons; }
@@ -49,6 +52,17 @@ private:
             return;
         m_timer.stop();
         m_seen = true;
+        if (!m_expression.isEmpty() && dialog->objectName() == QLatin1String("Taschenrechner")) {
+            m_sawCalculator = true;
+            auto* display = dialog->findChild<QLineEdit*>(QStringLiteral("Anzeige"));
+            QTest::keyClicks(display, m_expression);
+            QTest::keyClick(display, Qt::Key_Return);
+            if (m_takeOver)
+                dialog->findChild<QPushButton*>(QStringLiteral("Übernehmen"))->click();
+            else
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            return;
+        }
         m_title = dialog->windowTitle();
         if (auto* label = dialog->findChild<QLabel*>(QStringLiteral("NoticeText")))
             m_text = label->text();
@@ -64,53 +78,12 @@ private:
             dialog->reject();
     }
 
-    QString m_button;
-    QTimer m_timer;
-    bool m_seen = false;
-    QString m_text, m_title;
-    QStringList m_buttons;
-};
-
-// In the calculator: types `expression`, Enter, then "Übernehmen" (or Escape
-// when takeOver is false). A notice instead is answered and remembered.
-class CalculatorDriver : public QObject {
-public:
-    explicit CalculatorDriver(QString expression, bool takeOver = true)
-        : m_expression(std::move(expression)), m_takeOver(takeOver) {
-        QObject::connect(&m_timer, &QTimer::timeout, this, [this] { poll(); });
-        m_timer.start(10);
-    }
-    bool sawCalculator() const { return m_sawCalculator; }
-    QString notice() const { return m_notice; }
-    QString noticeTitle() const { return m_noticeTitle; }
-
-private:
-    void poll() {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        m_timer.stop();
-        if (dialog->objectName() != QLatin1String("Taschenrechner")) {
-            m_noticeTitle = dialog->windowTitle();
-            m_notice = dialog->findChild<QLabel*>(QStringLiteral("NoticeText"))->text();
-            dialog->accept();
-            return;
-        }
-        m_sawCalculator = true;
-        auto* display = dialog->findChild<QLineEdit*>(QStringLiteral("Anzeige"));
-        QTest::keyClicks(display, m_expression);
-        QTest::keyClick(display, Qt::Key_Return);
-        if (m_takeOver)
-            dialog->findChild<QPushButton*>(QStringLiteral("Übernehmen"))->click();
-        else
-            QTest::keyClick(dialog, Qt::Key_Escape);
-    }
-
-    QString m_expression;
+    QString m_button, m_expression;
     bool m_takeOver;
     QTimer m_timer;
-    bool m_sawCalculator = false;
-    QString m_notice, m_noticeTitle;
+    bool m_seen = false, m_sawCalculator = false;
+    QString m_text, m_title;
+    QStringList m_buttons;
 };
 
 // Joins lines with CR LF and encodes them in Windows-1252, as a teacher's

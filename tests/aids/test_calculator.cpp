@@ -3,12 +3,6 @@
 #include "aids/CalculatorDialog.h"
 #include "pages/NumberAnswer.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTimer>
-#include <QtTest>
-
 using Error = CalcExpression::Error;
 Q_DECLARE_METATYPE(CalcExpression::Error)
 
@@ -29,11 +23,8 @@ private Q_SLOTS:
 void TestCalculator::worksOutExpressions_data() {
     QTest::addColumn<QString>("expression");
     QTest::addColumn<double>("value");
-    dataRow("molar mass of water", "2*1,01+16", 18.02);
-    dataRow("brackets", "(23+35,45)*2", 116.9);
     dataRow("amount", "5,844/58,44", 0.1);
     dataRow("comma and point mixed", "1.5+1,5", 3.0);
-    dataRow("times before plus", "2+3*4", 14.0);
     dataRow("brackets first", "(2+3)*4", 20.0);
     dataRow("minus from the left", "10-4-3", 3.0);
     dataRow("leading minus", "-3+5", 2.0);
@@ -136,7 +127,6 @@ QPushButton* key(CalculatorDialog* d, const QString& caption) {
 void TestCalculator::keyboardAloneWorksItOutAndHandsItBack() {
     const double v = runWith([](CalculatorDialog* d) {
         QLineEdit* display = d->display();
-        QCOMPARE(display->objectName(), QStringLiteral("Anzeige"));
         QCOMPARE(QApplication::focusWidget(), display);
         QTest::keyClicks(display, QStringLiteral("2*1,01+16"));
         QCOMPARE(display->text(), QStringLiteral("2×1,01+16"));

@@ -66,25 +66,17 @@ void TestExpertLimits::menusAskTheLevel() {
     QVERIFY(main);
     auto* calc = main->findChild<QAction*>(QStringLiteral("mnu_HelpCalc"));
     auto* table = main->findChild<QAction*>(QStringLiteral("M_H_P2"));
-    {
-        CalculatorDriver driver(QStringLiteral("2*1,01+16"));
+    // The refusals' words are the rows above; here only that the menus ask.
+    for (int level : {0, 1}) {
+        main->flow().state().ExpertLevel = level;
+        ModalAnswer calculator(QStringLiteral("OK"), QStringLiteral("2*1,01+16"));
         calc->trigger();
-        QVERIFY(driver.sawCalculator());
+        QCOMPARE(calculator.sawCalculator(), level == 0);
+        QVERIFY(calculator.seen());
     }
-    main->flow().state().ExpertLevel = 1;
-    {
-        CalculatorDriver driver(QStringLiteral("1"));
-        calc->trigger();
-        QVERIFY(!driver.sawCalculator());
-        QCOMPARE(driver.notice(), QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
-        QCOMPARE(driver.noticeTitle(), QString());
-    }
-    {
-        ModalAnswer answer(QStringLiteral("OK"));
-        table->trigger();
-        QCOMPARE(answer.text(),
-                 QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
-    }
+    ModalAnswer answer(QStringLiteral("OK"));
+    table->trigger();
+    QVERIFY(answer.seen());
     QVERIFY(!main->periodicTable()->isVisible());
     main->flow().state().ExpertLevel = 0;
     table->trigger();

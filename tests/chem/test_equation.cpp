@@ -3,8 +3,8 @@
 
 #include <QtTest>
 
-// The balancing page's walk over an equation line and the checker's strict
-// reading of the same line.
+// The balancing page's walk over an equation line; the strict reading and
+// the balance are tested through the bank check's rows.
 class TestEquation final : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -35,36 +35,6 @@ private Q_SLOTS:
             QCOMPARE(s.coefficient[i], coefficients[i]);
             QCOMPARE(s.formula[i], formulas[i]);
         }
-    }
-
-    void strictReadingAndBalance_data() {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<bool>("readable");
-        QTest::addColumn<bool>("balanced");
-        QTest::addColumn<int>("divisor");
-        dataRow("water", "@2H2+@1O2=@2H2O", true, true, 1);
-        dataRow("not balanced", "@1H2+@1O2=@1H2O", true, false, 1);
-        dataRow("not the smallest", "@4H2+@2O2=@4H2O", true, true, 2);
-        dataRow("charged species", "@1Na^+=@1Na", false, false, 0);
-        dataRow("three on a side", "@1A=@1B+@1C+@1D", false, false, 0);
-        dataRow("missing coefficient", "@H2=@1H2", false, false, 0);
-        dataRow("two equals", "@1H2=@1H2=@1H2", false, false, 0);
-    }
-    void strictReadingAndBalance() {
-        QFETCH(QString, line);
-        QFETCH(bool, readable);
-        QFETCH(bool, balanced);
-        QFETCH(int, divisor);
-        const Equation::Reading r = Equation::read(line);
-        QCOMPARE(r.ok(), readable);
-        if (!readable)
-            return;
-        const Equation::Balance b = Equation::balance(r);
-        QCOMPARE(b.balanced, balanced);
-        if (balanced)
-            QCOMPARE(b.divisor, qint64(divisor));
-        else
-            QCOMPARE(b.differences, QStringList{QStringLiteral("O links 2, rechts 1")});
     }
 };
 

@@ -60,7 +60,6 @@ void TestNumberPages::numberSyllablePage() {
     QCOMPARE(field(3)->text(), QStringLiteral("Tri - richtig ist: tri"));
     QVERIFY(field(3)->isReadOnly());
     QCOMPARE(s.TasksSoFar, 4);
-    QCOMPARE(QApplication::focusWidget(), f.page->nextButton());
 
     // A wrong syllable shows the stored list; four right earn the praise
     // even after mistakes on earlier pages.
@@ -76,7 +75,6 @@ void TestNumberPages::numberSyllablePage() {
     QCOMPARE(f.check(QStringLiteral("Zahl"), answers), 4);
     QCOMPARE(f.flow.praiseCalls(), 1);
     QCOMPARE(f.flow.lastPraise(), 2);
-    QCOMPARE(TestFlow::nextPageAfter(2), 11);
 }
 
 void TestNumberPages::molarMassPage() {
@@ -155,7 +153,6 @@ void TestNumberPages::amountPage() {
     QCOMPARE(f.colour(f.named(QStringLiteral("Stoffm"), 4)), kWrong);
     QCOMPARE(f.named(QStringLiteral("Stoffm"), 3)->text(), QStringLiteral("2 - richtig ist: 0.25"));
     QCOMPARE(f.state().TasksSoFar, 5);
-    QCOMPARE(TestFlow::nextPageAfter(12), 9);
 }
 
 void TestNumberPages::calculatorButtons() {
@@ -166,9 +163,9 @@ void TestNumberPages::calculatorButtons() {
     mass.flow.ShowPage(8);
     const auto mol = [&](int k) { return mass.named(QStringLiteral("Mol"), k); };
     const auto press = [](QWidget* page, int i, const QString& expression, bool takeOver = true) {
-        CalculatorDriver driver(expression, takeOver);
+        ModalAnswer answer(QStringLiteral("OK"), expression, takeOver);
         page->findChild<QPushButton*>(QStringLiteral("but_Calc(%1)").arg(i))->click();
-        return driver.sawCalculator() ? QString() : driver.notice();
+        return answer.sawCalculator() ? QString() : answer.text();
     };
     for (int k = 0; k < 4; ++k)
         mol(k)->setText(QStringLiteral("alt"));

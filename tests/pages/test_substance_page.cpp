@@ -73,7 +73,6 @@ void TestSubstancePage::asksMarksCorrectsAndLeads() {
     QVERIFY(label("lab_SubsTermTitle", 1)->text().contains(QStringLiteral("+ 2 Cl<sup>")));
     QCOMPARE(s.TasksSoFar, 6);
     QCOMPARE(f.flow.praiseCalls(), 0);
-    QCOMPARE(QApplication::focusWidget(), f.page->nextButton());
 
     // "Weiter" clears the marks and puts the name tasks' ions away.
     label("lab_SubsTermTitle", 3)->show();
@@ -96,7 +95,6 @@ void TestSubstancePage::praisesAFaultlessPageAndWalksByEnter() {
     for (int i = 0; i < 6; ++i)
         answers << SubstancePage::correction(f.state().DrawnAnswers[i]);
     QCOMPARE(f.check(QStringLiteral("Substein"), answers), 6);
-    QCOMPARE(f.flow.lastJingle(), QStringLiteral("T255 L16 gdgdg"));
     QCOMPARE(f.flow.lastPraise(), 11);
     QVERIFY(f.flow.praisePanel()->isVisible());
 }

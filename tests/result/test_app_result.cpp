@@ -73,8 +73,6 @@ private Q_SLOTS:
     void keepsTheFrameCentred();
     void printsOnePageAndComesBack_data();
     void printsOnePageAndComesBack();
-    void withoutPrinterSavesToDocuments();
-    void failedPrintSaysSoAndGoesOn();
     void playsTheMelodyOnce();
     void newExerciseResetsQuitEndsAtOnce();
 
@@ -170,23 +168,51 @@ void TestAppResult::keepsTheFrameCentred() {
 void TestAppResult::printsOnePageAndComesBack_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("correct");
-    QTest::newRow("very good") << "Anna Schmidt" << 19;
-    QTest::newRow("long name with quotes and slashes")
-        << QStringLiteral("\"Max\" / Mustermann \\ ").repeated(10) << 4;
+    QTest::addColumn<QString>("printTo"); // LABQUIZ_PRINT_TO in the test's folder, if any
+    QTest::addColumn<bool>("printer");
+    QTest::addColumn<QString>("file"); // the certificate written, in the test's folder
+    QTest::addColumn<QString>("notice");
+    dataRow("to the test's file", "Anna Schmidt", 19, "urkunde.pdf", true, "urkunde.pdf", "");
+    dataRow("long name with quotes and slashes",
+            QStringLiteral("\"Max\" / Mustermann \\ ").repeated(10), 4, "urkunde.pdf", true,
+            "urkunde.pdf", "");
+    dataRow("no printer: the documents folder", "Jörg: \"der Chemiker\"", 15, QString(), false,
+            "Dokumente/Laborix-Urkunde Jörg der Chemiker 24.03.2003.pdf",
+            "Es ist kein Drucker eingerichtet.");
+    // A folder in place of the file: nothing can be written there.
+    dataRow("failed print", "Anna", 15, ".", true, "", "Die Urkunde konnte nicht gedruckt werden.");
 }
 
 void TestAppResult::printsOnePageAndComesBack() {
     QFETCH(QString, name);
     QFETCH(int, correct);
-    const QString pdf = m_dir->filePath(QStringLiteral("urkunde.pdf"));
-    qputenv("LABQUIZ_PRINT_TO", pdf.toLocal8Bit());
+    QFETCH(QString, printTo);
+    QFETCH(bool, printer);
+    QFETCH(QString, file);
+    QFETCH(QString, notice);
+    const QDir dir(m_dir->path());
+    if (!printTo.isEmpty())
+        qputenv("LABQUIZ_PRINT_TO", dir.filePath(printTo).toLocal8Bit());
     Form f(correct, 20, 0, name);
+    f.form->setPrinterCheck([printer] { return printer; });
+    f.form->setDocumentsFolder(dir.filePath(QStringLiteral("Dokumente")));
     const bool musik = f.find(QStringLiteral("Musik"))->isVisible();
+    ModalAnswer answer(QStringLiteral("OK"));
     f.find<QPushButton>(QStringLiteral("Druck"))->click();
-    QCOMPARE(f.form->lastPdf(), pdf);
-    QCOMPARE(pdfPages(pdf), 1);
-    // Back as before: maximised, frame centred, the panel and the button shown.
-    QVERIFY(f.form->windowState() & Qt::WindowMaximized);
+    QCOMPARE(answer.seen(), !notice.isEmpty());
+    QVERIFY2(answer.text().startsWith(notice) || notice.isEmpty(), qPrintable(answer.text()));
+    QCOMPARE(f.form->lastPdf(), file.isEmpty() ? QString() : dir.filePath(file));
+    if (!file.isEmpty())
+        QCOMPARE(pdfPages(dir.filePath(file)), 1);
+    if (answer.seen() && !file.isEmpty())
+        QVERIFY(answer.text().contains(QDir::toNativeSeparators(dir.filePath(file))));
+    if (!printTo.isEmpty() && notice.isEmpty()) {
+        // A second print overwrites the named file, still one page.
+        f.find<QPushButton>(QStringLiteral("Druck"))->click();
+        QCOMPARE(pdfPages(dir.filePath(file)), 1);
+    }
+    // Back as before: maximised, frame centred, the panel and the buttons shown.
+    QVERIFY(f.form->isVisible() && f.form->windowState() & Qt::WindowMaximized);
     QWidget* frame = f.find(QStringLiteral("Dahinter"));
     QCOMPARE(frame->pos(), QPoint(int((f.form->width() - frame->width()) / 2.0f),
                                   int((f.form->height() - frame->height()) / 2.0f)));
@@ -194,43 +220,6 @@ void TestAppResult::printsOnePageAndComesBack() {
     QVERIFY(f.find(QStringLiteral("Druck"))->isVisible());
     QCOMPARE(f.find(QStringLiteral("Musik"))->isVisible(), musik);
     QCOMPARE(f.text(QStringLiteral("Textname")), name);
-    // A second print overwrites the named file, still one page.
-    f.find<QPushButton>(QStringLiteral("Druck"))->click();
-    QCOMPARE(pdfPages(pdf), 1);
-}
-
-void TestAppResult::withoutPrinterSavesToDocuments() {
-    Form f(15, 20, 0, QStringLiteral("Jörg: \"der Chemiker\""));
-    f.form->setPrinterCheck([] { return false; });
-    const QString docs = m_dir->filePath(QStringLiteral("Dokumente"));
-    f.form->setDocumentsFolder(docs);
-    ModalAnswer answer(QStringLiteral("OK"));
-    f.form->Druck_Click();
-    QVERIFY(answer.seen());
-    const QString file =
-        QDir(docs).filePath(QStringLiteral("Laborix-Urkunde Jörg der Chemiker 24.03.2003.pdf"));
-    QCOMPARE(f.form->lastPdf(), file);
-    QCOMPARE(pdfPages(file), 1);
-    QVERIFY2(answer.text().startsWith(QStringLiteral("Es ist kein Drucker eingerichtet.")),
-             qPrintable(answer.text()));
-    QVERIFY(answer.text().contains(QDir::toNativeSeparators(file)));
-    QVERIFY(f.find(QStringLiteral("Neute"))->isVisible());
-}
-
-void TestAppResult::failedPrintSaysSoAndGoesOn() {
-    // A folder in place of the file: nothing can be written there.
-    qputenv("LABQUIZ_PRINT_TO", m_dir->path().toLocal8Bit());
-    Form f(15, 20);
-    ModalAnswer answer(QStringLiteral("OK"));
-    f.form->Druck_Click();
-    QVERIFY(answer.seen());
-    QVERIFY2(answer.text().startsWith(QStringLiteral("Die Urkunde konnte nicht gedruckt werden.")),
-             qPrintable(answer.text()));
-    QVERIFY(f.form->lastPdf().isEmpty());
-    QVERIFY(f.form->isVisible());
-    QVERIFY(f.form->windowState() & Qt::WindowMaximized);
-    QVERIFY(f.find(QStringLiteral("Neute"))->isVisible());
-    QVERIFY(f.find(QStringLiteral("Druck"))->isVisible());
 }
 
 void TestAppResult::playsTheMelodyOnce() {

@@ -1,16 +1,12 @@
 #include "TestSupport.h"
 #include "session/TextRules.h"
 
-#include <QtTest>
-
 class TestTextRules : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void readsLeadingNumbers_data();
     void readsLeadingNumbers();
     void parseDecimalChangesCallersText();
-    void parseDecimalReadsAnswers_data();
-    void parseDecimalReadsAnswers();
     void canonicalAndStrip();
     void writesNumbersAsTheOldRuntime();
 };
@@ -23,18 +19,14 @@ void TestTextRules::readsLeadingNumbers_data() {
     dataRow("blanks around", "  12  ", 12.0);
     dataRow("blanks inside", "1 000", 1000.0);
     dataRow("sign blank", "- 3", -3.0);
-    dataRow("plus", "+7", 7.0);
     dataRow("point first", ".5", 0.5);
     dataRow("exponent", "5E-1", 0.5);
-    dataRow("small exponent", "1e2", 100.0);
     dataRow("exponent without digits", "1E", 1.0);
     dataRow("exponent sign only", "2E+x", 2.0);
     dataRow("fraction stops", "1/2", 1.0);
-    dataRow("unit after", "2x", 2.0);
     dataRow("second point stops", "1.5.3", 1.5);
     dataRow("empty", "", 0.0);
     dataRow("sign only", "-", 0.0);
-    dataRow("letters", "abc", 0.0);
     dataRow("exponent alone", "E5", 0.0);
     dataRow("tab and newline", "\t3\n", 3.0);
     dataRow("huge", "1e400", HUGE_VAL);
@@ -47,35 +39,14 @@ void TestTextRules::readsLeadingNumbers() {
 }
 
 void TestTextRules::parseDecimalChangesCallersText() {
+    // How answers read as numbers is tested through NumberAnswer; here only
+    // that the caller's text is changed on the way.
     QString text = QStringLiteral("1,5e3");
     QCOMPARE(ParseDecimal(text), 1500.0f);
     QCOMPARE(text, QStringLiteral("1.5E3"));
     QString unit = QStringLiteral("58,4 g");
     QCOMPARE(ParseDecimal(unit), 58.4f);
     QCOMPARE(unit, QStringLiteral("58.4 g"));
-}
-
-void TestTextRules::parseDecimalReadsAnswers_data() {
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<bool>("equal");
-    dataRow("comma", "0,5", "0.5", true);
-    dataRow("trailing zero and blanks", "  0.50 ", "0.5", true);
-    dataRow("exponent", "5E-1", "0.5", true);
-    dataRow("leading point", ".5", "0.5", true);
-    dataRow("fraction", "1/2", "0.5", false);
-    dataRow("over precise", "58.44", "58.4", false);
-    dataRow("beyond single precision", "0.1000000001", "0.1", true);
-    dataRow("stored with blank", "58,4", " 58.4", true);
-}
-
-void TestTextRules::parseDecimalReadsAnswers() {
-    QFETCH(QString, answer);
-    QFETCH(QString, stored);
-    QFETCH(bool, equal);
-    QString a = CanonicalText(answer);
-    QString b = CanonicalText(stored);
-    QCOMPARE(ParseDecimal(a) == ParseDecimal(b), equal);
 }
 
 void TestTextRules::canonicalAndStrip() {

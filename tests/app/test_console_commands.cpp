@@ -3,7 +3,6 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QtTest>
 
 // The terminal side of the program: --help and --version without any
 // display, and --check with its exit codes and its choice of element table.

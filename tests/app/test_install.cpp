@@ -1,12 +1,10 @@
 #include "TestSupport.h"
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
-#include <QtTest>
 
 // What a school's administrator does: install the built program into a
 // prefix and start it from there, and what another project does: pull the

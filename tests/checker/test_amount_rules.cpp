@@ -3,8 +3,6 @@
 #include "checker/CheckContext.h"
 #include "chem/ElementTable.h"
 
-#include <QtTest>
-
 // The amount questions' rule of the bank check: reading the question,
 // the three ways of taking atomic masses, exact rounding, and the notes.
 class TestAmountRules : public QObject {

@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <functional>
 
 namespace {
 
@@ -417,41 +418,25 @@ void TestBankChecker::survivesDamagedBanks() {
         return out;
     };
     const QList<QByteArray> markers{"@\r", "#\r", "\xE6\xE6\r", "\r", " @\r", "\xE6\xE6"};
+    using Lines = QList<QByteArray>;
+    auto any = [&](const auto& list) { return int(rng.bounded(int(list.size()))); };
+    const std::function<void(Lines&, int)> damage[] = {
+        [](Lines& l, int i) { l.removeAt(i); },
+        [&](Lines& l, int i) { l.insert(i, QByteArray(l.at(any(l)))); },
+        [&](Lines& l, int i) { l.swapItemsAt(i, any(l)); },
+        [&](Lines& l, int i) { l.insert(i, markers.at(any(markers))); },
+        [&](Lines& l, int i) { l[i] = junk(40) + '\r'; },
+        [&](Lines& l, int i) { l[i].insert(rng.bounded(int(l[i].size()) + 1), junk(4)); },
+        [](Lines& l, int i) { l = l.mid(0, i); }};
 
     QElapsedTimer slowest;
     qint64 worst = 0;
     int withNotes = 0;
     for (int run = 0; run < runs; ++run) {
-        QList<QByteArray> lines = shippedLines;
+        Lines lines = shippedLines;
         const int edits = 1 + rng.bounded(run % 5 == 0 ? 12 : 3);
-        for (int e = 0; e < edits && !lines.isEmpty(); ++e) {
-            const int i = rng.bounded(static_cast<int>(lines.size()));
-            switch (rng.bounded(7)) {
-            case 0:
-                lines.removeAt(i);
-                break;
-            case 1: {
-                const QByteArray copy = lines.at(rng.bounded(static_cast<int>(lines.size())));
-                lines.insert(i, copy);
-                break;
-            }
-            case 2:
-                lines.swapItemsAt(i, rng.bounded(static_cast<int>(lines.size())));
-                break;
-            case 3:
-                lines.insert(i, markers.at(rng.bounded(static_cast<int>(markers.size()))));
-                break;
-            case 4:
-                lines[i] = junk(40) + '\r';
-                break;
-            case 5:
-                lines[i].insert(rng.bounded(static_cast<int>(lines[i].size()) + 1), junk(4));
-                break;
-            default:
-                lines = lines.mid(0, i);
-                break;
-            }
-        }
+        for (int e = 0; e < edits && !lines.isEmpty(); ++e)
+            damage[rng.bounded(7)](lines, any(lines));
         QByteArray input = lines.join('\n');
         if (run % 7 == 3) // raw byte damage, which may also upset the decoding
             for (int k = rng.bounded(1, 20); k > 0 && !input.isEmpty(); --k)

@@ -1,8 +1,6 @@
 #include "TestSupport.h"
 #include "chem/Equation.h"
 
-#include <QtTest>
-
 // The balancing page's walk over an equation line; the strict reading and
 // the balance are tested through the bank check's rows.
 class TestEquation final : public QObject {

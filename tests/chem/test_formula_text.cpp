@@ -1,8 +1,6 @@
 #include "TestSupport.h"
 #include "chem/FormulaText.h"
 
-#include <QtTest>
-
 class TestFormulaText : public QObject {
     Q_OBJECT
 private Q_SLOTS:

@@ -1,8 +1,6 @@
 #include "TestSupport.h"
 #include "chem/IonMakeup.h"
 
-#include <QtTest>
-
 // Which ions, how many of each, make up a salt; and the line the formulas
 // page shows for it.
 class TestIonMakeup final : public QObject {

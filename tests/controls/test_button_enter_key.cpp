@@ -3,11 +3,8 @@
 
 #include <QCheckBox>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
-#include <QtTest>
 
 // Enter on a focused button presses it, once the filter sits on the
 // application; other widgets and toggles keep their own handling.

@@ -8,8 +8,6 @@
 #include "pages/NumberAnswer.h"
 #include "pages/SubstancePage.h"
 
-#include <QtTest>
-
 class TestAnswerRules : public QObject {
     Q_OBJECT
 private Q_SLOTS:

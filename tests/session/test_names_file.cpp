@@ -2,7 +2,6 @@
 #include "session/NamesFile.h"
 
 #include <QTemporaryDir>
-#include <QtTest>
 
 class TestNamesFile : public QObject {
     Q_OBJECT

@@ -1,5 +1,4 @@
 #include "TestSupport.h"
-#include "session/TaskBank.h"
 #include "session/TextRules.h"
 
 #include <QRegularExpression>

@@ -197,7 +197,7 @@ void TestConsoleCommands::checkFindsElementTable() {
              qPrintable(r.out));
     QVERIFY(writeFile(bank, m_shippedBank));
 
-    // The data folder's table comes next; in-process, to see the choice.
+    // The data folder's table comes next.
     const QString inData = QDir(data.path()).filePath(QStringLiteral("elements.dat"));
     QVERIFY(QFile::copy(kDataDir + QStringLiteral("/elements.dat"), inData));
     r = run({QStringLiteral("--check"), bank}, headless(data.path()));
@@ -205,17 +205,11 @@ void TestConsoleCommands::checkFindsElementTable() {
     QVERIFY2(r.out.startsWith(QStringLiteral("Elementtabelle: %1 (aus dem Datenordner")
                                   .arg(QDir::toNativeSeparators(inData))),
              qPrintable(r.out));
-    ConsoleCommands::ElementsChoice choice =
-        ConsoleCommands::chooseElements(bank, data.path() + u'/');
-    QCOMPARE(choice.origin, ConsoleCommands::ElementsChoice::Origin::DataFolder);
-    QCOMPARE(QFileInfo(choice.path), QFileInfo(inData));
 
     // One beside the bank wins, even a broken one: the teacher meant it.
     const QString beside = dir.filePath(QStringLiteral("elements.dat"));
     QVERIFY(writeFile(beside, cp1252Lines({QStringLiteral("1;H;Wasserstoff;1.01;1;1;Nichtmetall;"
                                                           "2.20")})));
-    choice = ConsoleCommands::chooseElements(bank, data.path() + u'/');
-    QCOMPARE(choice.origin, ConsoleCommands::ElementsChoice::Origin::BesideBank);
     r = run({QStringLiteral("--check"), bank}, headless(data.path()));
     QCOMPARE(r.exitCode, 1); // every other symbol is unknown now
     QVERIFY(r.out.startsWith(QStringLiteral("Elementtabelle: %1 (neben der Aufgabendatei)")

@@ -119,12 +119,8 @@ void TestInstall::installsAndRunsFromPrefix() {
     QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
 
     // The installed program runs from the prefix, away from the sources:
-    // without a display, and with its window offscreen.
+    // its check without a display finds its data, and its window starts.
     QTemporaryDir data;
-    r = run(program, {QStringLiteral("--version")}, withoutDisplay(data.path()), prefix.path());
-    QVERIFY(r.finished);
-    QCOMPARE(r.exitCode, 0);
-    QCOMPARE(r.out, QStringLiteral("Laborix Test 3.0 (28.03.2006)\n"));
     r = run(program, {QStringLiteral("--check")}, withoutDisplay(data.path()), prefix.path());
     QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.out));
     QVERIFY(r.out.contains(QStringLiteral("keine Fehler")));

@@ -83,6 +83,7 @@ void TestElementPage::marksCorrectsAndWalks() {
     QCOMPARE(s.TasksSoFar, 6);
     QCOMPARE(s.CorrectSoFar, 2);
     QCOMPARE(f.tasks.text(), QStringLiteral(" 6"));
+    QCOMPARE(f.correct.text(), QStringLiteral(" 2"));
     QVERIFY(!f.page->okButton()->isVisible());
     QCOMPARE(QApplication::focusWidget(), f.page->nextButton());
     // Checked once only.

@@ -48,21 +48,16 @@ void TestButtonEnterKey::pressesOnlyPlainButtons() {
 
     QWidget page;
     auto* layout = new QVBoxLayout(&page);
-    auto* field = new QLineEdit(&page);
-    field->setObjectName(QStringLiteral("Feld"));
-    auto* next = new QPushButton(QStringLiteral("&Weiter"), &page);
-    next->setObjectName(QStringLiteral("Weiter"));
-    auto* off = new QPushButton(QStringLiteral("Aus"), &page);
-    off->setObjectName(QStringLiteral("Gesperrt"));
-    off->setEnabled(false);
-    auto* option = new QRadioButton(QStringLiteral("Ja"), &page);
-    option->setObjectName(QStringLiteral("Option"));
-    auto* box = new QCheckBox(QStringLiteral("Kästchen"), &page);
-    box->setObjectName(QStringLiteral("Kaestchen"));
-    for (QWidget* w :
-         {static_cast<QWidget*>(field), static_cast<QWidget*>(next), static_cast<QWidget*>(off),
-          static_cast<QWidget*>(option), static_cast<QWidget*>(box)})
+    auto add = [&](auto* w, const char* name) {
+        w->setObjectName(QString::fromLatin1(name));
         layout->addWidget(w);
+        return w;
+    };
+    auto* field = add(new QLineEdit, "Feld");
+    add(new QPushButton(QStringLiteral("&Weiter")), "Weiter");
+    add(new QPushButton(QStringLiteral("Aus")), "Gesperrt")->setEnabled(false);
+    auto* option = add(new QRadioButton(QStringLiteral("Ja")), "Option");
+    auto* box = add(new QCheckBox(QStringLiteral("Kästchen")), "Kaestchen");
     int pressed = 0;
     for (auto* b : page.findChildren<QAbstractButton*>())
         connect(b, &QAbstractButton::clicked, this, [&pressed] { ++pressed; });

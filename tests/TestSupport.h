@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QStringList>
 #include <QTimer>
@@ -96,6 +97,44 @@ inline QByteArray cp1252Lines(const QStringList& lines) {
 inline bool writeFile(const QString& path, const QByteArray& bytes) {
     QFile f(path);
     return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+// A program run to its end, or stopped after timeoutMs.
+struct ProgramRun {
+    bool finished = false; // ended by itself, in time
+    int exitCode = -1;
+    QString out, err;
+};
+
+inline ProgramRun runProgram(const QString& program, const QStringList& arguments,
+                             const QProcessEnvironment& environment, const QString& folder = {},
+                             int timeoutMs = 120000) {
+    QProcess p;
+    p.setProcessEnvironment(environment);
+    p.setWorkingDirectory(folder);
+    p.start(program, arguments);
+    ProgramRun r;
+    r.finished = p.waitForFinished(timeoutMs) && p.exitStatus() == QProcess::NormalExit;
+    if (p.state() != QProcess::NotRunning) {
+        p.kill();
+        p.waitForFinished();
+    }
+    r.exitCode = p.exitCode();
+    r.out = QString::fromLocal8Bit(p.readAllStandardOutput());
+    r.err = QString::fromLocal8Bit(p.readAllStandardError());
+    return r;
+}
+
+// This environment without a display of any kind, the data folder given
+// (none when empty).
+inline QProcessEnvironment withoutDisplay(const QString& dataFolder) {
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LABQUIZ_DEV_DIR"})
+        env.remove(QLatin1String(name));
+    env.remove(QStringLiteral("LABQUIZ_DATA"));
+    if (!dataFolder.isEmpty())
+        env.insert(QStringLiteral("LABQUIZ_DATA"), dataFolder);
+    return env;
 }
 
 inline TaskBank bankOf(const QStringList& lines) {

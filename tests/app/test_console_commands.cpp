@@ -1,7 +1,6 @@
 #include "TestSupport.h"
 #include "app/ConsoleCommands.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 
 // The terminal side of the program: --help and --version without any
@@ -21,13 +20,9 @@ private Q_SLOTS:
     void checkWithoutFileSeedsDataFolder();
 
 private:
-    struct Run {
-        int exitCode = -1;
-        QProcess::ExitStatus status = QProcess::CrashExit;
-        QString out;
-        QString err;
-    };
-    static Run run(const QStringList& arguments, const QProcessEnvironment& environment);
+    static ProgramRun run(const QStringList& arguments, const QProcessEnvironment& environment) {
+        return runProgram(QStringLiteral(LABQUIZ_EXECUTABLE), arguments, environment, {}, 60000);
+    }
     // No display of any kind; the data folder is a throwaway one.
     QProcessEnvironment headless(const QString& dataFolder) const;
 
@@ -47,36 +42,12 @@ void TestConsoleCommands::initTestCase() {
     QVERIFY(m_home.isValid());
 }
 
-TestConsoleCommands::Run TestConsoleCommands::run(const QStringList& arguments,
-                                                  const QProcessEnvironment& environment) {
-    QProcess p;
-    p.setProcessEnvironment(environment);
-    p.start(QStringLiteral(LABQUIZ_EXECUTABLE), arguments);
-    Run r;
-    if (!p.waitForFinished(60000)) {
-        p.kill();
-        p.waitForFinished();
-        return r;
-    }
-    r.exitCode = p.exitCode();
-    r.status = p.exitStatus();
-    r.out = QString::fromLocal8Bit(p.readAllStandardOutput());
-    r.err = QString::fromLocal8Bit(p.readAllStandardError());
-    return r;
-}
-
 QProcessEnvironment TestConsoleCommands::headless(const QString& dataFolder) const {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LABQUIZ_DEV_DIR"})
-        env.remove(QLatin1String(name));
+    QProcessEnvironment env = withoutDisplay(dataFolder);
     // Keeps the per-user data folder of a check without LABQUIZ_DATA away
     // from the real one.
     env.insert(QStringLiteral("HOME"), m_home.path());
     env.insert(QStringLiteral("XDG_DATA_HOME"), m_home.filePath(QStringLiteral("share")));
-    if (dataFolder.isEmpty())
-        env.remove(QStringLiteral("LABQUIZ_DATA"));
-    else
-        env.insert(QStringLiteral("LABQUIZ_DATA"), dataFolder);
     return env;
 }
 
@@ -117,8 +88,8 @@ void TestConsoleCommands::helpAndVersionNeedNoDisplay() {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
     QTemporaryDir data;
-    const Run r = run(arguments, headless(data.path()));
-    QCOMPARE(r.status, QProcess::NormalExit);
+    const ProgramRun r = run(arguments, headless(data.path()));
+    QVERIFY(r.finished);
     QCOMPARE(r.exitCode, 0);
     QCOMPARE(r.err, QString());
     if (expected.size() == 1 && expected.first().endsWith(u'\n'))
@@ -169,9 +140,9 @@ void TestConsoleCommands::checkExitCodes() {
     QVERIFY(QFile::copy(kDataDir + QStringLiteral("/elements.dat"),
                         dir.filePath(QStringLiteral("elements.dat"))));
     QTemporaryDir data;
-    const Run r =
+    const ProgramRun r =
         run(QStringList{QStringLiteral("--check"), bank} + extraArguments, headless(data.path()));
-    QCOMPARE(r.status, QProcess::NormalExit);
+    QVERIFY(r.finished);
     QCOMPARE(r.exitCode, exitCode);
     QVERIFY2((r.out + r.err).contains(said), qPrintable(r.out + r.err));
 }
@@ -184,7 +155,7 @@ void TestConsoleCommands::checkFindsElementTable() {
 
     // Nothing beside the bank, nothing in the data folder: the compiled-in
     // table, and the chemistry is still checked (a wrong mass is found).
-    Run r = run({QStringLiteral("--check"), bank}, headless(data.path()));
+    ProgramRun r = run({QStringLiteral("--check"), bank}, headless(data.path()));
     QCOMPARE(r.exitCode, 0);
     QVERIFY2(r.out.startsWith(QStringLiteral("Elementtabelle: die eingebaute")), qPrintable(r.out));
     QVERIFY(!r.out.contains(QStringLiteral("Warnung")));
@@ -225,8 +196,8 @@ void TestConsoleCommands::checkFindsElementTable() {
 void TestConsoleCommands::checkWithoutFileSeedsDataFolder() {
     QTemporaryDir parent;
     const QString data = parent.filePath(QStringLiteral("neu/Daten"));
-    Run r = run({QStringLiteral("--check")}, headless(data));
-    QCOMPARE(r.status, QProcess::NormalExit);
+    ProgramRun r = run({QStringLiteral("--check")}, headless(data));
+    QVERIFY(r.finished);
     QCOMPARE(r.exitCode, 0);
     const QString bank = QDir(data).filePath(QStringLiteral("labquiz.dat"));
     QFile seeded(bank);

@@ -1,6 +1,5 @@
 #include "TestSupport.h"
 #include <QDir>
-#include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -17,48 +16,19 @@ private Q_SLOTS:
     void usableAsSubproject();
 
 private:
-    struct Run {
-        bool finished = false;
-        int exitCode = -1;
-        QString out;
-    };
-    static Run
+    // Both channels together, as a person at the terminal reads them.
+    static ProgramRun
     run(const QString& program, const QStringList& arguments,
         const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
-        const QString& folder = QString(), int timeoutMs = 120000);
-    static QProcessEnvironment withoutDisplay(const QString& dataFolder);
+        const QString& folder = QString()) {
+        ProgramRun r = runProgram(program, arguments, environment, folder);
+        r.out += r.err;
+        return r;
+    }
 };
 
 namespace {
 const QString kAppId = QStringLiteral("de.laborix.LabQuiz");
-}
-
-TestInstall::Run TestInstall::run(const QString& program, const QStringList& arguments,
-                                  const QProcessEnvironment& environment, const QString& folder,
-                                  int timeoutMs) {
-    QProcess p;
-    p.setProcessEnvironment(environment);
-    p.setProcessChannelMode(QProcess::MergedChannels);
-    if (!folder.isEmpty())
-        p.setWorkingDirectory(folder);
-    p.start(program, arguments);
-    Run r;
-    r.finished = p.waitForFinished(timeoutMs) && p.exitStatus() == QProcess::NormalExit;
-    if (p.state() != QProcess::NotRunning) {
-        p.kill();
-        p.waitForFinished();
-    }
-    r.exitCode = p.exitCode();
-    r.out = QString::fromLocal8Bit(p.readAll());
-    return r;
-}
-
-QProcessEnvironment TestInstall::withoutDisplay(const QString& dataFolder) {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LABQUIZ_DEV_DIR"})
-        env.remove(QLatin1String(name));
-    env.insert(QStringLiteral("LABQUIZ_DATA"), dataFolder);
-    return env;
 }
 
 void TestInstall::installsAndRunsFromPrefix() {
@@ -67,9 +37,9 @@ void TestInstall::installsAndRunsFromPrefix() {
                  qPrintable(QStringLiteral("%1 fehlt; tools/bootstrap installiert es")
                                 .arg(QLatin1String(tool))));
     QTemporaryDir prefix;
-    Run r = run(QStringLiteral(LABQUIZ_CMAKE),
-                {QStringLiteral("--install"), QStringLiteral(LABQUIZ_BUILD_DIR),
-                 QStringLiteral("--prefix"), prefix.path()});
+    ProgramRun r = run(QStringLiteral(LABQUIZ_CMAKE),
+                       {QStringLiteral("--install"), QStringLiteral(LABQUIZ_BUILD_DIR),
+                        QStringLiteral("--prefix"), prefix.path()});
     QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.out));
 
     const QDir root(prefix.path());
@@ -180,10 +150,10 @@ void TestInstall::usableAsSubproject() {
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(lists.toUtf8());
     file.close();
-    const Run r = run(QStringLiteral(LABQUIZ_CMAKE),
-                      {QStringLiteral("-S"), outer.path(), QStringLiteral("-B"),
-                       outer.filePath(QStringLiteral("build")), QStringLiteral("-G"),
-                       QStringLiteral(LABQUIZ_CMAKE_GENERATOR)});
+    const ProgramRun r = run(QStringLiteral(LABQUIZ_CMAKE),
+                             {QStringLiteral("-S"), outer.path(), QStringLiteral("-B"),
+                              outer.filePath(QStringLiteral("build")), QStringLiteral("-G"),
+                              QStringLiteral(LABQUIZ_CMAKE_GENERATOR)});
     QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.out));
     QVERIFY(!r.out.contains(QStringLiteral("fehlt")));
 }

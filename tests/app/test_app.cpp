@@ -1,21 +1,13 @@
 #include "TestSupport.h"
-#include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
-#include "pages/StartPage.h"
 #include "pages/TaskPage.h"
 #include "result/AppResult.h"
-#include "session/TestFlow.h"
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QKeyEvent>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
-#include <QtTest>
 
 class TestApp : public QObject {
     Q_OBJECT
@@ -31,7 +23,7 @@ private Q_SLOTS:
     void missingBankShowsNoticeAndGoesOn();
     void normalLevelWithoutBasicEntriesDoesNotHang();
     void resizeKeepsCardCentred();
-    void infoAndExpertRefusals();
+    void showsInfo();
     void enterPressesFocusedButtons();
 
 private:
@@ -136,29 +128,20 @@ void TestApp::refusesSecondInstanceUnlessNew() {
 }
 
 void TestApp::formsTheSuccessorCommand() {
-    QCOMPARE(CommandLine::successorCommand(QStringLiteral("/opt/lab"), QStringLiteral("labquiz"),
-                                           QStringLiteral("-DEV")),
+    QCOMPARE(CommandLine::successorCommand("/opt/lab", "labquiz", "-DEV"),
              QStringLiteral("\"/opt/lablabquiz\" /NEW-DEV"));
-    QCOMPARE(CommandLine::successorCommand(QStringLiteral("C:\\Prog"), QStringLiteral("labquiz"),
-                                           QString()),
+    QCOMPARE(CommandLine::successorCommand("C:\\Prog", "labquiz", QString()),
              QStringLiteral("\"C:\\Proglabquiz\" /NEW"));
-
-    const auto own = CommandLine::launchFor(QStringLiteral("\"/gibt/esnicht\" /NEW-DEV x"),
-                                            QStringLiteral("/usr/bin/labquiz"));
+    // A program that is not there is replaced by this one.
+    const auto own = CommandLine::launchFor("\"/gibt/esnicht\" /NEW-DEV x", "/usr/bin/labquiz");
     QCOMPARE(own.program, QStringLiteral("/usr/bin/labquiz"));
-    QCOMPARE(own.arguments, (QStringList{QStringLiteral("/NEW-DEV"), QStringLiteral("x")}));
-    QTemporaryDir dir;
-    const QString named = dir.filePath(QStringLiteral("prog"));
+    QCOMPARE(own.arguments, (QStringList{"/NEW-DEV", "x"}));
+    const QString named = m_dir->filePath(QStringLiteral("prog"));
     QVERIFY(writeFile(named, "x"));
-    QCOMPARE(
-        CommandLine::launchFor(u'"' + named + QStringLiteral("\" /NEW"), QStringLiteral("/own"))
-            .program,
-        named);
-
+    QCOMPARE(CommandLine::launchFor(u'"' + named + "\" /NEW", "/own").program, named);
     // Switches are searched in the whole line; repeated new tests pile up "/NEW".
     CommandLine line({QStringLiteral("/NEW/NEW-dev")});
-    QVERIFY(line.hasNewSwitch());
-    QVERIFY(line.hasDevSwitch());
+    QVERIFY(line.hasNewSwitch() && line.hasDevSwitch());
     QVERIFY(!CommandLine({QStringLiteral("/new")}).hasNewSwitch());
 }
 
@@ -382,28 +365,13 @@ void TestApp::resizeKeepsCardCentred() {
     QCOMPARE(footer->x(), holder->x());
 }
 
-void TestApp::infoAndExpertRefusals() {
+void TestApp::showsInfo() {
     AppMain* main = start();
-    {
-        ModalAnswer answer(QStringLiteral("OK"));
-        main->M_H_INFO_Click();
-        QVERIFY(answer.text().contains(QStringLiteral("Laborix Test")));
-        QVERIFY(answer.text().contains(QStringLiteral("3.0")));
-        QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
-    }
-    main->flow().state().ExpertLevel = 1;
-    {
-        ModalAnswer answer(QStringLiteral("OK"));
-        main->M_H_P2_Click();
-        QCOMPARE(answer.text(),
-                 QStringLiteral("Leider ist das Periodensystem nichts für Streber..."));
-        QCOMPARE(answer.title(), QString());
-    }
-    {
-        ModalAnswer answer(QStringLiteral("OK"));
-        main->mnu_HelpCalc_Click();
-        QCOMPARE(answer.text(), QStringLiteral("Tut mir leid, Streber müssen selber rechnen!"));
-    }
+    ModalAnswer answer(QStringLiteral("OK"));
+    main->M_H_INFO_Click();
+    QVERIFY(answer.text().contains(QStringLiteral("Laborix Test")));
+    QVERIFY(answer.text().contains(QStringLiteral("3.0")));
+    QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
 }
 
 void TestApp::enterPressesFocusedButtons() {
@@ -427,15 +395,25 @@ void TestApp::enterPressesFocusedButtons() {
     QCOMPARE(QApplication::focusWidget(), page->findChild<QLineEdit*>(QStringLiteral("EleSym(1)")));
     QCOMPARE(main->flow().state().TasksSoFar, 0);
 
-    // Enter on "OK" checks, and the focus lands on "Weiter"; Enter there goes on.
+    // All right, Enter on "OK" checks, counts and praises; the focus lands
+    // on "Weiter", and Enter there goes on and puts the praise away.
+    const SessionState& s = main->flow().state();
+    for (int i = 0; i < 3; ++i) {
+        page->findChild<QLineEdit*>(QStringLiteral("EleSym(%1)").arg(i))
+            ->setText(s.DrawnAnswers[i]);
+        page->findChild<QLineEdit*>(QStringLiteral("Ele(%1)").arg(i))
+            ->setText(s.DrawnAnswers[3 + i].section(u'*', 1, 1));
+    }
     page->okButton()->setFocus();
     QTest::keyClick(page->okButton(), Qt::Key_Return);
-    QCOMPARE(main->flow().state().TasksSoFar, 6);
-    QVERIFY(page->nextButton()->isVisible());
+    QCOMPARE(main->findChild<QLabel*>(QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 6"));
+    QCOMPARE(main->findChild<QLabel*>(QStringLiteral("RichtigAnz"))->text(), QStringLiteral(" 6"));
+    QVERIFY(main->flow().praisePanel()->isVisible());
     QCOMPARE(QApplication::focusWidget(), page->nextButton());
     QTest::keyClick(page->nextButton(), Qt::Key_Enter, Qt::KeypadModifier);
     QTRY_VERIFY(main->flow().taskPage(2)->isVisible());
     QCOMPARE(main->flow().PreviousPage(), 1);
+    QVERIFY(!main->flow().praisePanel()->isVisible());
 }
 
 QTEST_MAIN(TestApp)

@@ -1,9 +1,7 @@
 #include "TestSupport.h"
 #include "app/ConsoleCommands.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
-#include <QtTest>
 
 // The terminal side of the program: --help and --version without any
 // display, and --check with its exit codes and its choice of element table.
@@ -22,13 +20,9 @@ private Q_SLOTS:
     void checkWithoutFileSeedsDataFolder();
 
 private:
-    struct Run {
-        int exitCode = -1;
-        QProcess::ExitStatus status = QProcess::CrashExit;
-        QString out;
-        QString err;
-    };
-    static Run run(const QStringList& arguments, const QProcessEnvironment& environment);
+    static ProgramRun run(const QStringList& arguments, const QProcessEnvironment& environment) {
+        return runProgram(QStringLiteral(LABQUIZ_EXECUTABLE), arguments, environment, {}, 60000);
+    }
     // No display of any kind; the data folder is a throwaway one.
     QProcessEnvironment headless(const QString& dataFolder) const;
 
@@ -48,36 +42,12 @@ void TestConsoleCommands::initTestCase() {
     QVERIFY(m_home.isValid());
 }
 
-TestConsoleCommands::Run TestConsoleCommands::run(const QStringList& arguments,
-                                                  const QProcessEnvironment& environment) {
-    QProcess p;
-    p.setProcessEnvironment(environment);
-    p.start(QStringLiteral(LABQUIZ_EXECUTABLE), arguments);
-    Run r;
-    if (!p.waitForFinished(60000)) {
-        p.kill();
-        p.waitForFinished();
-        return r;
-    }
-    r.exitCode = p.exitCode();
-    r.status = p.exitStatus();
-    r.out = QString::fromLocal8Bit(p.readAllStandardOutput());
-    r.err = QString::fromLocal8Bit(p.readAllStandardError());
-    return r;
-}
-
 QProcessEnvironment TestConsoleCommands::headless(const QString& dataFolder) const {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LABQUIZ_DEV_DIR"})
-        env.remove(QLatin1String(name));
+    QProcessEnvironment env = withoutDisplay(dataFolder);
     // Keeps the per-user data folder of a check without LABQUIZ_DATA away
     // from the real one.
     env.insert(QStringLiteral("HOME"), m_home.path());
     env.insert(QStringLiteral("XDG_DATA_HOME"), m_home.filePath(QStringLiteral("share")));
-    if (dataFolder.isEmpty())
-        env.remove(QStringLiteral("LABQUIZ_DATA"));
-    else
-        env.insert(QStringLiteral("LABQUIZ_DATA"), dataFolder);
     return env;
 }
 
@@ -85,15 +55,15 @@ void TestConsoleCommands::picksTheCommand_data() {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("kind");
     using K = ConsoleCommands::Kind;
-    QTest::newRow("nichts") << QStringList{} << int(K::Window);
-    QTest::newRow("alte Schalter") << QStringList{"/NEW", "-DEV"} << int(K::Window);
-    QTest::newRow("unbekannt") << QStringList{"--hilfe", "-x"} << int(K::Window);
-    QTest::newRow("help") << QStringList{"--help"} << int(K::Help);
-    QTest::newRow("help vor version") << QStringList{"--version", "--help"} << int(K::Help);
-    QTest::newRow("version") << QStringList{"-DEV", "--version"} << int(K::Version);
-    QTest::newRow("version vor check") << QStringList{"--check", "--version"} << int(K::Version);
-    QTest::newRow("check") << QStringList{"/NEW", "--check", "x.dat"} << int(K::Check);
-    QTest::newRow("Groß geschrieben") << QStringList{"--HELP", "--Check"} << int(K::Window);
+    dataRow("nichts", QStringList{}, int(K::Window));
+    dataRow("alte Schalter", QStringList{"/NEW", "-DEV"}, int(K::Window));
+    dataRow("unbekannt", QStringList{"--hilfe", "-x"}, int(K::Window));
+    dataRow("help", QStringList{"--help"}, int(K::Help));
+    dataRow("help vor version", QStringList{"--version", "--help"}, int(K::Help));
+    dataRow("version", QStringList{"-DEV", "--version"}, int(K::Version));
+    dataRow("version vor check", QStringList{"--check", "--version"}, int(K::Version));
+    dataRow("check", QStringList{"/NEW", "--check", "x.dat"}, int(K::Check));
+    dataRow("Groß geschrieben", QStringList{"--HELP", "--Check"}, int(K::Window));
 }
 
 void TestConsoleCommands::picksTheCommand() {
@@ -106,21 +76,20 @@ void TestConsoleCommands::helpAndVersionNeedNoDisplay_data() {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QStringList>("expected");
     const QString version = QStringLiteral("Laborix Test 3.0 (28.03.2006)");
-    QTest::newRow("version") << QStringList{"--version"} << QStringList{version + u'\n'};
-    QTest::newRow("help")
-        << QStringList{"--help"}
-        << QStringList{version, "Aufruf: labquiz", "--check [DATEI]", "Rückgabewert", "-DEV",
-                       "/NEW",  "--version"};
-    QTest::newRow("help mit anderen Schaltern")
-        << QStringList{"-DEV", "/NEW", "--help", "--check"} << QStringList{"Aufruf: labquiz"};
+    dataRow("version", QStringList{"--version"}, QStringList{version + u'\n'});
+    dataRow("help", QStringList{"--help"},
+            QStringList{version, "Aufruf: labquiz", "--check [DATEI]", "Rückgabewert", "-DEV",
+                        "/NEW", "--version"});
+    dataRow("help mit anderen Schaltern", QStringList{"-DEV", "/NEW", "--help", "--check"},
+            QStringList{"Aufruf: labquiz"});
 }
 
 void TestConsoleCommands::helpAndVersionNeedNoDisplay() {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
     QTemporaryDir data;
-    const Run r = run(arguments, headless(data.path()));
-    QCOMPARE(r.status, QProcess::NormalExit);
+    const ProgramRun r = run(arguments, headless(data.path()));
+    QVERIFY(r.finished);
     QCOMPARE(r.exitCode, 0);
     QCOMPARE(r.err, QString());
     if (expected.size() == 1 && expected.first().endsWith(u'\n'))
@@ -139,23 +108,19 @@ void TestConsoleCommands::checkExitCodes_data() {
     QTest::addColumn<QStringList>("extraArguments");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("said");
-    QTest::newRow("fehlerfrei") << QByteArray() << QByteArray() << QStringList{} << 0
-                                << QStringLiteral("keine Fehler.");
-    QTest::newRow("nur Warnung: doppelter Eintrag")
-        << QByteArray("Wasserstoff\r\nH\r\nHelium\r\n")
-        << QByteArray("Wasserstoff\r\nH\r\nWasserstoff\r\nH\r\nHelium\r\n") << QStringList{} << 0
-        << QStringLiteral("keine Fehler, 1 Warnung.");
-    QTest::newRow("Fehler: molare Masse")
-        << QByteArray("Wasser\r\n18.0\r\n") << QByteArray("Wasser\r\n18.5\r\n") << QStringList{}
-        << 1 << QStringLiteral("1 Fehler.");
-    QTest::newRow("mit Schaltern davor und dahinter")
-        << QByteArray() << QByteArray() << QStringList{"-dev", "/NEW"} << 0
-        << QStringLiteral("keine Fehler.");
-    QTest::newRow("zwei Dateien") << QByteArray() << QByteArray() << QStringList{"zwei.dat"} << 2
-                                  << QStringLiteral("nur eine Datei");
-    QTest::newRow("unbekannte Angabe")
-        << QByteArray() << QByteArray() << QStringList{"--ausführlich"} << 2
-        << QStringLiteral("unbekannte Angabe \"--ausführlich\"");
+    dataRow("fehlerfrei", QByteArray(), QByteArray(), QStringList{}, 0,
+            QStringLiteral("keine Fehler."));
+    dataRow("nur Warnung: doppelter Eintrag", QByteArray("Wasserstoff\r\nH\r\nHelium\r\n"),
+            QByteArray("Wasserstoff\r\nH\r\nWasserstoff\r\nH\r\nHelium\r\n"), QStringList{}, 0,
+            QStringLiteral("keine Fehler, 1 Warnung."));
+    dataRow("Fehler: molare Masse", QByteArray("Wasser\r\n18.0\r\n"),
+            QByteArray("Wasser\r\n18.5\r\n"), QStringList{}, 1, QStringLiteral("1 Fehler."));
+    dataRow("mit Schaltern davor und dahinter", QByteArray(), QByteArray(),
+            QStringList{"-dev", "/NEW"}, 0, QStringLiteral("keine Fehler."));
+    dataRow("zwei Dateien", QByteArray(), QByteArray(), QStringList{"zwei.dat"}, 2,
+            QStringLiteral("nur eine Datei"));
+    dataRow("unbekannte Angabe", QByteArray(), QByteArray(), QStringList{"--ausführlich"}, 2,
+            QStringLiteral("unbekannte Angabe \"--ausführlich\""));
 }
 
 void TestConsoleCommands::checkExitCodes() {
@@ -175,9 +140,9 @@ void TestConsoleCommands::checkExitCodes() {
     QVERIFY(QFile::copy(kDataDir + QStringLiteral("/elements.dat"),
                         dir.filePath(QStringLiteral("elements.dat"))));
     QTemporaryDir data;
-    const Run r =
+    const ProgramRun r =
         run(QStringList{QStringLiteral("--check"), bank} + extraArguments, headless(data.path()));
-    QCOMPARE(r.status, QProcess::NormalExit);
+    QVERIFY(r.finished);
     QCOMPARE(r.exitCode, exitCode);
     QVERIFY2((r.out + r.err).contains(said), qPrintable(r.out + r.err));
 }
@@ -190,7 +155,7 @@ void TestConsoleCommands::checkFindsElementTable() {
 
     // Nothing beside the bank, nothing in the data folder: the compiled-in
     // table, and the chemistry is still checked (a wrong mass is found).
-    Run r = run({QStringLiteral("--check"), bank}, headless(data.path()));
+    ProgramRun r = run({QStringLiteral("--check"), bank}, headless(data.path()));
     QCOMPARE(r.exitCode, 0);
     QVERIFY2(r.out.startsWith(QStringLiteral("Elementtabelle: die eingebaute")), qPrintable(r.out));
     QVERIFY(!r.out.contains(QStringLiteral("Warnung")));
@@ -203,7 +168,7 @@ void TestConsoleCommands::checkFindsElementTable() {
              qPrintable(r.out));
     QVERIFY(writeFile(bank, m_shippedBank));
 
-    // The data folder's table comes next; in-process, to see the choice.
+    // The data folder's table comes next.
     const QString inData = QDir(data.path()).filePath(QStringLiteral("elements.dat"));
     QVERIFY(QFile::copy(kDataDir + QStringLiteral("/elements.dat"), inData));
     r = run({QStringLiteral("--check"), bank}, headless(data.path()));
@@ -211,17 +176,11 @@ void TestConsoleCommands::checkFindsElementTable() {
     QVERIFY2(r.out.startsWith(QStringLiteral("Elementtabelle: %1 (aus dem Datenordner")
                                   .arg(QDir::toNativeSeparators(inData))),
              qPrintable(r.out));
-    ConsoleCommands::ElementsChoice choice =
-        ConsoleCommands::chooseElements(bank, data.path() + u'/');
-    QCOMPARE(choice.origin, ConsoleCommands::ElementsChoice::Origin::DataFolder);
-    QCOMPARE(QFileInfo(choice.path), QFileInfo(inData));
 
     // One beside the bank wins, even a broken one: the teacher meant it.
     const QString beside = dir.filePath(QStringLiteral("elements.dat"));
     QVERIFY(writeFile(beside, cp1252Lines({QStringLiteral("1;H;Wasserstoff;1.01;1;1;Nichtmetall;"
                                                           "2.20")})));
-    choice = ConsoleCommands::chooseElements(bank, data.path() + u'/');
-    QCOMPARE(choice.origin, ConsoleCommands::ElementsChoice::Origin::BesideBank);
     r = run({QStringLiteral("--check"), bank}, headless(data.path()));
     QCOMPARE(r.exitCode, 1); // every other symbol is unknown now
     QVERIFY(r.out.startsWith(QStringLiteral("Elementtabelle: %1 (neben der Aufgabendatei)")
@@ -237,8 +196,8 @@ void TestConsoleCommands::checkFindsElementTable() {
 void TestConsoleCommands::checkWithoutFileSeedsDataFolder() {
     QTemporaryDir parent;
     const QString data = parent.filePath(QStringLiteral("neu/Daten"));
-    Run r = run({QStringLiteral("--check")}, headless(data));
-    QCOMPARE(r.status, QProcess::NormalExit);
+    ProgramRun r = run({QStringLiteral("--check")}, headless(data));
+    QVERIFY(r.finished);
     QCOMPARE(r.exitCode, 0);
     const QString bank = QDir(data).filePath(QStringLiteral("labquiz.dat"));
     QFile seeded(bank);

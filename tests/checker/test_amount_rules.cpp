@@ -1,8 +1,7 @@
+#include "TestSupport.h"
 #include "checker/AmountRules.h"
 #include "checker/CheckContext.h"
 #include "chem/ElementTable.h"
-
-#include <QtTest>
 
 // The amount questions' rule of the bank check: reading the question,
 // the three ways of taking atomic masses, exact rounding, and the notes.
@@ -36,64 +35,33 @@ void TestAmountRules::initTestCase() {
 }
 
 void TestAmountRules::readsQuestions_data() {
+    // Masses with the formula to work out; stated molar masses, volumes and
+    // particles are read in the rows of judgesAnswers, whose notes quote them.
     QTest::addColumn<QString>("question");
-    QTest::addColumn<Kind>("kind");
     QTest::addColumn<QString>("portion");
-    QTest::addColumn<QString>("perMole"); // empty: none stated
     QTest::addColumn<QString>("formula");
-    QTest::addColumn<int>("decimals"); // -1: none asked
+    QTest::addColumn<int>("decimals");
     const QString two = QStringLiteral("? (auf zwei Nachkommastellen runden)");
-    QTest::newRow("Masse mit Formel")
-        << "Wie viel mol sind 36,04 g Wasser (H2O)" + two << Kind::Mass << "36.04"
-        << ""
-        << "H2O" << 2;
-    QTest::newRow("Name mit Klammern")
-        << "Wie viel mol sind 75 g Eisen(III)-oxid (Fe2O3)" + two << Kind::Mass << "75"
-        << ""
-        << "Fe2O3" << 2;
-    QTest::newRow("Formel mit Klammern")
-        << QStringLiteral("Wie viel mol sind 7,41 g Calciumhydroxid (Ca(OH)2)? (auf eine "
-                          "Nachkommastelle runden)")
-        << Kind::Mass << "7.41"
-        << ""
-        << "Ca(OH)2" << 1;
-    QTest::newRow("Hydrat ohne Klammern")
-        << QStringLiteral("Wie viel mol sind 250 g CuSO4·5H2O") + two << Kind::Mass << "250"
-        << "" << QStringLiteral("CuSO4·5H2O") << 2;
-    QTest::newRow("molare Masse genannt")
-        << "Wie viel mol sind 50 g Natriumchlorid (M = 58,44 g/mol)" + two << Kind::Mass << "50"
-        << "58.44"
-        << "M = 58,44 g/mol" << 2;
-    QTest::newRow("ohne Formel") << "Wie viel mol sind 10 g Gold" + two << Kind::Mass << "10"
-                                 << ""
-                                 << "Gold" << 2;
-    QTest::newRow("Volumen")
-        << QStringLiteral("Wie viel mol sind 5,6 l Stickstoff im Normzustand (22,4 l/mol)? (auf "
-                          "drei Nachkommastellen runden)")
-        << Kind::Volume << "5.6"
-        << "22.4"
-        << "" << 3;
-    QTest::newRow("Teilchen")
-        << QStringLiteral("Wie viel mol sind 3,011 · 10²¹ Wassermoleküle (6,022 · 10²³/mol)")
-        << Kind::Particles << "3.011e21"
-        << "6.022e23"
-        << "" << -1;
+    dataRow("Masse mit Formel", "Wie viel mol sind 36,04 g Wasser (H2O)" + two, "36.04", "H2O", 2);
+    dataRow("Name mit Klammern", "Wie viel mol sind 75 g Eisen(III)-oxid (Fe2O3)" + two, "75",
+            "Fe2O3", 2);
+    dataRow("Formel mit Klammern",
+            "Wie viel mol sind 7,41 g Calciumhydroxid (Ca(OH)2)? (auf eine Nachkommastelle runden)",
+            "7.41", "Ca(OH)2", 1);
+    dataRow("Hydrat ohne Klammern", "Wie viel mol sind 250 g CuSO4·5H2O" + two, "250", "CuSO4·5H2O",
+            2);
+    dataRow("ohne Formel", "Wie viel mol sind 10 g Gold" + two, "10", "Gold", 2);
 }
 
 void TestAmountRules::readsQuestions() {
     QFETCH(QString, question);
-    QFETCH(Kind, kind);
     QFETCH(QString, portion);
-    QFETCH(QString, perMole);
     QFETCH(QString, formula);
     QFETCH(int, decimals);
     const std::optional<AmountRules::Question> q = AmountRules::readQuestion(question);
-    QVERIFY(q);
-    QCOMPARE(q->kind, kind);
+    QVERIFY(q && q->kind == Kind::Mass && !q->perMole);
     QCOMPARE(q->portion.text(), portion);
-    QCOMPARE(q->perMole ? q->perMole->text() : QString(), perMole);
-    if (!q->perMole && kind == Kind::Mass)
-        QCOMPARE(q->formula, formula);
+    QCOMPARE(q->formula, formula);
     QCOMPARE(q->decimals.value_or(-1), decimals);
     QVERIFY(!AmountRules::readQuestion(u"Wie viele Atome hat ein Wassermolekül?"));
 }
@@ -102,18 +70,18 @@ void TestAmountRules::takesMassesAsStudentsDo_data() {
     QTest::addColumn<int>("table");
     QTest::addColumn<Masses>("masses");
     QTest::addColumn<int>("taken");
-    QTest::newRow("H eine Stelle") << 101 << Masses::OneDecimal << 100;
-    QTest::newRow("Fe eine Stelle") << 5585 << Masses::OneDecimal << 5590;
-    QTest::newRow("Cl eine Stelle") << 3545 << Masses::OneDecimal << 3550;
-    QTest::newRow("H Schule") << 101 << Masses::School << 100;
-    QTest::newRow("Mg Schule") << 2431 << Masses::School << 2400;
-    QTest::newRow("Fe Schule") << 5585 << Masses::School << 5600;
-    QTest::newRow("Cl Schule 35,5") << 3545 << Masses::School << 3550;
-    QTest::newRow("Cu Schule 63,5") << 6355 << Masses::School << 6350;
-    QTest::newRow("Zn Schule 65") << 6538 << Masses::School << 6500;
-    QTest::newRow("Ni Schule 59") << 5869 << Masses::School << 5900;
-    QTest::newRow("Hg Schule 200,5") << 20059 << Masses::School << 20050;
-    QTest::newRow("Tabelle unverändert") << 2431 << Masses::Table << 2431;
+    dataRow("H eine Stelle", 101, Masses::OneDecimal, 100);
+    dataRow("Fe eine Stelle", 5585, Masses::OneDecimal, 5590);
+    dataRow("Cl eine Stelle", 3545, Masses::OneDecimal, 3550);
+    dataRow("H Schule", 101, Masses::School, 100);
+    dataRow("Mg Schule", 2431, Masses::School, 2400);
+    dataRow("Fe Schule", 5585, Masses::School, 5600);
+    dataRow("Cl Schule 35,5", 3545, Masses::School, 3550);
+    dataRow("Cu Schule 63,5", 6355, Masses::School, 6350);
+    dataRow("Zn Schule 65", 6538, Masses::School, 6500);
+    dataRow("Ni Schule 59", 5869, Masses::School, 5900);
+    dataRow("Hg Schule 200,5", 20059, Masses::School, 20050);
+    dataRow("Tabelle unverändert", 2431, Masses::Table, 2431);
 }
 
 void TestAmountRules::takesMassesAsStudentsDo() {
@@ -128,15 +96,14 @@ void TestAmountRules::roundsHalfUpExactly_data() {
     QTest::addColumn<Decimal>("perMole");
     QTest::addColumn<int>("decimals");
     QTest::addColumn<qint64>("rounded"); // -1: out of range
-    QTest::newRow("36,04 g Wasser") << Decimal{3604, -2} << Decimal{1802, -2} << 2 << qint64(200);
-    QTest::newRow("genau auf der Hälfte") << Decimal{1, 0} << Decimal{8, 0} << 2 << qint64(13);
-    QTest::newRow("0,555 ist 0,5550006")
-        << Decimal{100, 0} << Decimal{18018, -2} << 2 << qint64(56);
-    QTest::newRow("Gold") << Decimal{10, 0} << Decimal{19697, -2} << 3 << qint64(51);
-    QTest::newRow("Volumen") << Decimal{2, 0} << Decimal{224, -1} << 3 << qint64(89);
-    QTest::newRow("Teilchen") << Decimal{9033, 19} << Decimal{6022, 20} << 2 << qint64(15);
-    QTest::newRow("zu groß") << Decimal{1, 30} << Decimal{1, 0} << 2 << qint64(-1);
-    QTest::newRow("durch null") << Decimal{1, 0} << Decimal{0, 0} << 2 << qint64(-1);
+    dataRow("36,04 g Wasser", Decimal{3604, -2}, Decimal{1802, -2}, 2, qint64(200));
+    dataRow("genau auf der Hälfte", Decimal{1, 0}, Decimal{8, 0}, 2, qint64(13));
+    dataRow("0,555 ist 0,5550006", Decimal{100, 0}, Decimal{18018, -2}, 2, qint64(56));
+    dataRow("Gold", Decimal{10, 0}, Decimal{19697, -2}, 3, qint64(51));
+    dataRow("Volumen", Decimal{2, 0}, Decimal{224, -1}, 3, qint64(89));
+    dataRow("Teilchen", Decimal{9033, 19}, Decimal{6022, 20}, 2, qint64(15));
+    dataRow("zu groß", Decimal{1, 30}, Decimal{1, 0}, 2, qint64(-1));
+    dataRow("durch null", Decimal{1, 0}, Decimal{0, 0}, 2, qint64(-1));
 }
 
 void TestAmountRules::roundsHalfUpExactly() {
@@ -155,55 +122,44 @@ void TestAmountRules::judgesAnswers_data() {
     const QString one = QStringLiteral("? (auf eine Nachkommastelle runden)");
     const QString three = QStringLiteral("? (auf drei Nachkommastellen runden)");
     // Right whichever masses the student uses.
-    QTest::newRow("28 g Eisen") << "Wie viel mol sind 28 g Eisen (Fe)" + two << "0.50"
-                                << "";
-    QTest::newRow("4 g Wasserstoff") << "Wie viel mol sind 4 g Wasserstoff (H2)" + one << "2.0"
-                                     << "";
-    QTest::newRow("Antwort ohne Nullen") << "Wie viel mol sind 4 g Wasserstoff (H2)" + one << "2"
-                                         << "";
-    QTest::newRow("Hydrat") << QStringLiteral("Wie viel mol sind 250 g Kupfer(II)-sulfat-"
-                                              "Pentahydrat (CuSO4·5H2O)") +
-                                   two
-                            << "1.00"
-                            << "";
-    QTest::newRow("ohne Formel nicht geprüft") << "Wie viel mol sind 10 g Gold" + two << "0.07"
-                                               << "";
-    QTest::newRow("genannte molare Masse")
-        << "Wie viel mol sind 50 g Natriumchlorid (M = 58,44 g/mol)" + two << "0.86"
-        << "";
-    QTest::newRow("Volumen") << "Wie viel mol sind 2 l CO2 im Normzustand (22,4 l/mol)" + three
-                             << "0.089"
-                             << "";
-    QTest::newRow("Teilchen")
-        << QStringLiteral("Wie viel mol sind 6,022 · 10²² Natrium-Atome (6,022 · 10²³/mol)") + two
-        << "0.10"
-        << "";
+    dataRow("28 g Eisen", "Wie viel mol sind 28 g Eisen (Fe)" + two, "0.50", "");
+    dataRow("4 g Wasserstoff", "Wie viel mol sind 4 g Wasserstoff (H2)" + one, "2.0", "");
+    dataRow("Antwort ohne Nullen", "Wie viel mol sind 4 g Wasserstoff (H2)" + one, "2", "");
+    dataRow("Hydrat",
+            QStringLiteral("Wie viel mol sind 250 g Kupfer(II)-sulfat-Pentahydrat (CuSO4·5H2O)") +
+                two,
+            "1.00", "");
+    dataRow("ohne Formel nicht geprüft", "Wie viel mol sind 10 g Gold" + two, "0.07", "");
+    dataRow("genannte molare Masse",
+            "Wie viel mol sind 50 g Natriumchlorid (M = 58,44 g/mol)" + two, "0.86", "");
+    dataRow("Volumen", "Wie viel mol sind 2 l CO2 im Normzustand (22,4 l/mol)" + three, "0.089",
+            "");
+    dataRow("Teilchen",
+            QStringLiteral("Wie viel mol sind 6,022 · 10²² Natrium-Atome (6,022 · 10²³/mol)") + two,
+            "0.10", "");
     // Right only with some masses.
-    QTest::newRow("4,04 g Wasserstoff")
-        << "Wie viel mol sind 4,04 g Wasserstoff (H2)" + two << "2.00"
-        << "W:auf eine Nachkommastelle 2.02 mol (M(H2) = 2 g/mol)";
-    QTest::newRow("111,7 g Eisen") << "Wie viel mol sind 111,7 g Eisen (Fe)" + two << "2.00"
-                                   << "W:Schulwerten 1.99 mol (M(Fe) = 56 g/mol)";
-    QTest::newRow("50 g Kochsalz") << "Wie viel mol sind 50 g Natriumchlorid (NaCl)" + two << "0.86"
-                                   << "W:elements.dat 0.86 mol (M(NaCl) = 58.44 g/mol)";
-    QTest::newRow("100 g Glucose") << "Wie viel mol sind 100 g Glucose (C6H12O6)" + three << "0.555"
-                                   << "W:Schulwerten 0.556 mol";
+    dataRow("4,04 g Wasserstoff", "Wie viel mol sind 4,04 g Wasserstoff (H2)" + two, "2.00",
+            "W:auf eine Nachkommastelle 2.02 mol (M(H2) = 2 g/mol)");
+    dataRow("111,7 g Eisen", "Wie viel mol sind 111,7 g Eisen (Fe)" + two, "2.00",
+            "W:Schulwerten 1.99 mol (M(Fe) = 56 g/mol)");
+    dataRow("50 g Kochsalz", "Wie viel mol sind 50 g Natriumchlorid (NaCl)" + two, "0.86",
+            "W:elements.dat 0.86 mol (M(NaCl) = 58.44 g/mol)");
+    dataRow("100 g Glucose", "Wie viel mol sind 100 g Glucose (C6H12O6)" + three, "0.555",
+            "W:Schulwerten 0.556 mol");
     // Wrong.
-    QTest::newRow("falsche Masse-Antwort") << "Wie viel mol sind 28 g Eisen (Fe)" + two << "0.55"
-                                           << "E:ergibt auf 2 Nachkommastellen gerundet 0.50.";
-    QTest::newRow("falsch bei genannter Masse")
-        << "Wie viel mol sind 50 g Natriumchlorid (M = 58,5 g/mol)" + two << "0.86"
-        << "E:50 g / 58.5 g/mol ergibt auf 2 Nachkommastellen gerundet 0.85.";
-    QTest::newRow("falsches Volumen")
-        << "Wie viel mol sind 2 l CO2 im Normzustand (22,4 l/mol)" + three << "0.09"
-        << "E:2 l / 22.4 l/mol ergibt auf 3 Nachkommastellen gerundet 0.089.";
-    QTest::newRow("falsche Teilchen")
-        << QStringLiteral("Wie viel mol sind 9,033 · 10²² Kupfer-Atome (6,022 · 10²³/mol)") + two
-        << "0.16"
-        << "E:9.033e22 Teilchen / 6.022e23/mol ergibt auf 2 Nachkommastellen gerundet 0.15.";
-    QTest::newRow("Rundung aus der Antwort") << "Wie viel mol sind 9 g Wasser (H2O)?"
-                                             << "0.4"
-                                             << "E:auf eine Nachkommastelle gerundet 0.5.";
+    dataRow("falsche Masse-Antwort", "Wie viel mol sind 28 g Eisen (Fe)" + two, "0.55",
+            "E:ergibt auf 2 Nachkommastellen gerundet 0.50.");
+    dataRow("falsch bei genannter Masse",
+            "Wie viel mol sind 50 g Natriumchlorid (M = 58,5 g/mol)" + two, "0.86",
+            "E:50 g / 58.5 g/mol ergibt auf 2 Nachkommastellen gerundet 0.85.");
+    dataRow("falsches Volumen", "Wie viel mol sind 2 l CO2 im Normzustand (22,4 l/mol)" + three,
+            "0.09", "E:2 l / 22.4 l/mol ergibt auf 3 Nachkommastellen gerundet 0.089.");
+    dataRow("falsche Teilchen",
+            QStringLiteral("Wie viel mol sind 9,033 · 10²² Kupfer-Atome (6,022 · 10²³/mol)") + two,
+            "0.16",
+            "E:9.033e22 Teilchen / 6.022e23/mol ergibt auf 2 Nachkommastellen gerundet 0.15.");
+    dataRow("Rundung aus der Antwort", "Wie viel mol sind 9 g Wasser (H2O)?", "0.4",
+            "E:auf eine Nachkommastelle gerundet 0.5.");
 }
 
 void TestAmountRules::judgesAnswers() {

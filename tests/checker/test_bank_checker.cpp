@@ -1,18 +1,15 @@
 #include "TestSupport.h"
 #include "checker/BankChecker.h"
 #include "chem/ElementTable.h"
-#include "chem/LegacyText.h"
 #include "chem/TextLines.h"
-#include "session/TaskBank.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <functional>
 
 namespace {
 
-const QString kMark = QStringLiteral(u"\u00E6\u00E6");
 const QString kDataDir = QStringLiteral(LABQUIZ_SOURCE_DATA_DIR);
 
 // A small bank that is right in every way the checker looks at, with
@@ -22,7 +19,7 @@ QStringList cleanBank() {
     QStringList out;
     auto section = [&](int n, const QStringList& basic, const QStringList& expert) {
         out << QStringLiteral("Abschnitt %1").arg(n) << QStringLiteral("Kommentar %1").arg(n)
-            << QStringLiteral("#") << basic << kMark << expert << QStringLiteral("@");
+            << QStringLiteral("#") << basic << kLevelMark << expert << QStringLiteral("@");
     };
     section(1,
             {"Wasserstoff", "H", "Helium", "He", "Lithium", "Li", "Kohlenstoff", "C", "Stickstoff",
@@ -57,11 +54,8 @@ QStringList cleanBank() {
              "Ammoniumsulfat", "CuSO4", "Cu^2+*SO4^2-", "Kupfer(II)-sulfat|Kupfer(II)sulfat",
              "CH3COONa*C2H3O2Na", "Na^+*CH3COO^-", "Natriumacetat"},
             {"Ca3(PO4)2", "Ca^2+*PO4^3-", "Calciumphosphat"});
-    out << QStringLiteral("Abschnitt 9") << QStringLiteral("Kommentar 9") << QStringLiteral("#")
-        << QStringLiteral("Frage A") << QStringLiteral("2.00") << QStringLiteral("Frage B")
-        << QStringLiteral("0.50") << QStringLiteral("Frage C") << QStringLiteral("0.10") << kMark
-        << QStringLiteral("Frage D") << QStringLiteral("1.25") << QStringLiteral("Frage E")
-        << QStringLiteral("0.045") << QStringLiteral("@");
+    section(9, {"Frage A", "2.00", "Frage B", "0.50", "Frage C", "0.10"},
+            {"Frage D", "1.25", "Frage E", "0.045"});
     return out;
 }
 
@@ -94,7 +88,6 @@ private Q_SLOTS:
     void findsProblem();
     void worksWithoutElementTable();
     void readsElementTable();
-    void reportsBrokenElementLines();
     void survivesDamagedBanks();
 
 private:
@@ -134,212 +127,156 @@ void TestBankChecker::passesCleanBankAndLenientForms() {
     // What the reader takes as meant must not be reported: flags in any case
     // with blanks, numbers with blanks around, an entry differing only in a
     // text beyond the fixed width, trailing blanks of a name at the limit.
-    auto replace = [&](const QString& from, const QString& to) {
+    auto replace = [&](const QString& from, const QString& to, int offset = 0) {
         QCOMPARE(lines.count(from), 1);
-        lines[lines.indexOf(from)] = to;
+        lines[lines.indexOf(from) + offset] = to;
     };
-    replace(QStringLiteral("Ozon besteht aus drei Atomen."), QStringLiteral("Ozon ist O3."));
-    lines[lines.indexOf(QStringLiteral("Ozon ist O3.")) + 1] = QStringLiteral(" j ");
-    replace(QStringLiteral("58.4"), QStringLiteral(" 58.4 "));
-    replace(QStringLiteral("+3"), QStringLiteral("3"));
-    replace(QStringLiteral("Wasser"), QString(40, u'W') + QStringLiteral("   "));
-    replace(QStringLiteral("1.25"), QStringLiteral("1.25E0"));
+    replace("Ozon besteht aus drei Atomen.", "Ozon ist O3.");
+    replace("Ozon ist O3.", " j ", 1);
+    replace("58.4", " 58.4 ");
+    replace("+3", "3");
+    replace("Wasser", QString(40, u'W') + "   ");
+    replace("1.25", "1.25E0");
     report = checkLines(lines, &m_elements);
     QVERIFY2(report.findings.isEmpty(), qPrintable(describe(report)));
-    QCOMPARE(report.exitCode(), 0);
 }
 
 void TestBankChecker::findsProblem_data() {
     // Each row changes `span` lines of the clean bank, starting at the one
-    // line reading `anchor`, into `replacement`, and drops everything after
-    // that when `cut` is set. The note is expected at `where`: "+n"/"-n"
-    // counts from the anchor, "last" is the last line, "@k" the k-th "@".
+    // line reading `anchor`, into `replacement`; a span of -1 changes one
+    // line and cuts the file after it. The note is expected at `where`:
+    // "+n"/"-n" counts from the anchor, "last" is the last line, "@k" the
+    // k-th "@".
     QTest::addColumn<QString>("anchor");
     QTest::addColumn<int>("span");
     QTest::addColumn<QStringList>("replacement");
-    QTest::addColumn<bool>("cut");
     QTest::addColumn<QString>("where");
     QTest::addColumn<QString>("expected");
     QTest::addColumn<bool>("isWarning");
     using L = QStringList;
-    const QString longer41 = QString(41, u'x');
-
+    const bool W = true, E = false;
+    const QString kMark = kLevelMark;
     // Layout.
-    QTest::newRow("file ends before a section")
-        << "Abschnitt 5" << 1 << L{"Abschnitt 5"} << true << "last"
-        << "Abschnitt 5 (IonCharges) mit einer "
-           "Zeile \"#\" beginnt; sie hat nur 4 "
-           "von 9"
-        << false;
-    QTest::newRow("section without @")
-        << "0.045" << 2 << L{"0.045"} << false << "last"
-        << "Abschnitt 9 (AmountSubstances) hat keine Zeile \"@\"" << false;
-    QTest::newRow("record cut off")
-        << "Frage E" << 1 << L{"Frage E"} << true << "+0"
-        << "unvollständig: die Datei endet nach 1 seiner 2 Zeilen" << false;
-    QTest::newRow("no level mark") << "tetra" << 2 << L{"tetra"} << false << "-8"
-                                   << "Abschnitt 2 (NumberSyllables) hat keine Zeile \"ææ\"; die "
-                                      "normale Stufe hat dann nichts zum Ziehen."
-                                   << false;
-    QTest::newRow("no level mark where all are used") << "0.10" << 2 << L{"0.10"} << false << "+5"
-                                                      << "keine Zeile \"ææ\"" << true;
-    QTest::newRow("two level marks") << "di" << 1 << L{"di", kMark} << false << "+6"
-                                     << "mehr als eine Zeile \"ææ\"" << true;
-    QTest::newRow("text after the ninth @")
-        << "0.045" << 2 << L{"0.045", "@", "", "Nachtrag"} << false << "+3"
-        << "Nach dem neunten" << true;
-    QTest::newRow("@ read as a symbol") << "Natrium" << 2 << L{"Natrium"} << false << "+1"
-                                        << "vermutlich fehlt davor eine Zeile" << false;
-    QTest::newRow("ææ read as a symbol") << "Li" << 1 << L{} << false << "+6"
-                                         << "Die Zeile \"ææ\" wird als Zeile 2" << false;
-    QTest::newRow("# starts a record") << "Na" << 2 << L{"Na"} << false << "+3"
-                                       << "vermutlich fehlt davor die Zeile \"@\"" << false;
-    QTest::newRow("@ with a blank") << "Na" << 2 << L{"Na", "@ "} << false << "+1"
-                                    << "enthält Leerzeichen und zählt deshalb als Daten" << false;
-    QTest::newRow("# with a blank") << "Kommentar 3" << 2 << L{"Kommentar 3", "# "} << false << "+1"
-                                    << "beendet deshalb den Kopf von Abschnitt 3" << true;
-    QTest::newRow("empty symbol") << "He" << 1 << L{""} << false << "+0"
-                                  << "Das Symbol ist leer." << false;
-
+    dataRow("file ends before a section", "Abschnitt 5", -1, L{"Abschnitt 5"}, "last",
+            "Abschnitt 5 (IonCharges) mit einer Zeile \"#\" beginnt; sie hat nur 4 von 9", E);
+    dataRow("section without @", "0.045", 2, L{"0.045"}, "last",
+            "Abschnitt 9 (AmountSubstances) hat keine Zeile \"@\"", E);
+    dataRow("record cut off", "Frage E", -1, L{"Frage E"}, "+0",
+            "unvollständig: die Datei endet nach 1 seiner 2 Zeilen", E);
+    dataRow("no level mark", "tetra", 2, L{"tetra"}, "-8",
+            "Abschnitt 2 (NumberSyllables) hat keine Zeile \"ææ\"; die normale Stufe hat dann "
+            "nichts zum Ziehen.",
+            E);
+    dataRow("no level mark where all are used", "0.10", 2, L{"0.10"}, "+5", "keine Zeile \"ææ\"",
+            W);
+    dataRow("two level marks", "di", 1, L{"di", kMark}, "+6", "mehr als eine Zeile \"ææ\"", W);
+    dataRow("text after the ninth @", "0.045", 2, L{"0.045", "@", "", "Nachtrag"}, "+3",
+            "Nach dem neunten", W);
+    dataRow("@ read as a symbol", "Natrium", 2, L{"Natrium"}, "+1",
+            "vermutlich fehlt davor eine Zeile", E);
+    dataRow("ææ read as a symbol", "Li", 1, L{}, "+6", "Die Zeile \"ææ\" wird als Zeile 2", E);
+    dataRow("# starts a record", "Na", 2, L{"Na"}, "+3", "vermutlich fehlt davor die Zeile \"@\"",
+            E);
+    dataRow("@ with a blank", "Na", 2, L{"Na", "@ "}, "+1",
+            "enthält Leerzeichen und zählt deshalb als Daten", E);
+    dataRow("# with a blank", "Kommentar 3", 2, L{"Kommentar 3", "# "}, "+1",
+            "beendet deshalb den Kopf von Abschnitt 3", W);
+    dataRow("empty symbol", "He", 1, L{""}, "+0", "Das Symbol ist leer.", E);
     // Widths.
-    QTest::newRow("name too long") << "Wasser" << 1 << L{longer41} << false << "+0"
-                                   << "Der Name ist 41 Zeichen lang" << false;
-    QTest::newRow("term too long") << "Atom" << 1 << L{QString(21, u't')} << false << "+0"
-                                   << "Der Fachbegriff ist 21 Zeichen lang" << false;
-    QTest::newRow("definition too long")
-        << "Geladenes Teilchen." << 1 << L{QString(121, u'd')} << false << "+0"
-        << "Die Erklärung ist 121 Zeichen lang; das Programm nimmt nur die ersten 120" << false;
-    QTest::newRow("ion name too long") << "Oxid-Ion" << 1 << L{QString(21, u'i')} << false << "+0"
-                                       << "Der Name des Ions ist 21 Zeichen" << false;
-    QTest::newRow("statement too long")
-        << "Luft ist ein Gemisch." << 1 << L{QString(121, u's')} << false << "+0"
-        << "Die Aussage ist 121 Zeichen" << false;
-
+    dataRow("name too long", "Wasser", 1, L{QString(41, u'x')}, "+0",
+            "Der Name ist 41 Zeichen lang", E);
+    dataRow("term too long", "Atom", 1, L{QString(21, u't')}, "+0",
+            "Der Fachbegriff ist 21 Zeichen lang", E);
+    dataRow("definition too long", "Geladenes Teilchen.", 1, L{QString(121, u'd')}, "+0",
+            "Die Erklärung ist 121 Zeichen lang; das Programm nimmt nur die ersten 120", E);
+    dataRow("ion name too long", "Oxid-Ion", 1, L{QString(21, u'i')}, "+0",
+            "Der Name des Ions ist 21 Zeichen", E);
+    dataRow("statement too long", "Luft ist ein Gemisch.", 1, L{QString(121, u's')}, "+0",
+            "Die Aussage ist 121 Zeichen", E);
     // Numbers and flags.
-    QTest::newRow("decimal comma") << "58.4" << 1 << L{"58,4"} << false << "+0"
-                                   << "liest nur \"58\", also 58" << false;
-    QTest::newRow("not a number") << "3" << 1 << L{"drei"} << false << "+0"
-                                  << "\"drei\" ist keine Zahl" << false;
-    QTest::newRow("16-bit overflow") << "4" << 1 << L{"40000"} << false << "+0"
-                                     << "außerhalb von -32768 bis 32767" << false;
-    QTest::newRow("not whole") << "2" << 1 << L{"2.5"} << false << "+0"
-                               << "keine ganze Zahl; das Programm liest 2" << false;
-    QTest::newRow("answer with comma") << "0.50" << 1 << L{"0,50"} << false << "+0"
-                                       << "Die Antwort \"0,50\" liest sich nicht ganz" << false;
-    QTest::newRow("flag Ja") << "Luft ist ein Gemisch." << 2 << L{"Luft ist ein Gemisch.", "Ja"}
-                             << false << "+1"
-                             << "\"Ja\" ist weder J noch N; das Programm liest "
-                                "sie als N"
-                             << false;
-    QTest::newRow("charge out of range") << "+3" << 1 << L{"+4"} << false << "+0"
-                                         << "Die Ladung 4 liegt nicht zwischen -3 und +3." << false;
-    QTest::newRow("charge zero") << "-3" << 1 << L{"0"} << false << "+0"
-                                 << "Die Ladung ist 0" << true;
-
+    dataRow("decimal comma", "58.4", 1, L{"58,4"}, "+0", "liest nur \"58\", also 58", E);
+    dataRow("not a number", "3", 1, L{"drei"}, "+0", "\"drei\" ist keine Zahl", E);
+    dataRow("16-bit overflow", "4", 1, L{"40000"}, "+0", "außerhalb von -32768 bis 32767", E);
+    dataRow("not whole", "2", 1, L{"2.5"}, "+0", "keine ganze Zahl; das Programm liest 2", E);
+    dataRow("answer with comma", "0.50", 1, L{"0,50"}, "+0",
+            "Die Antwort \"0,50\" liest sich nicht ganz", E);
+    dataRow("flag Ja", "Luft ist ein Gemisch.", 2, L{"Luft ist ein Gemisch.", "Ja"}, "+1",
+            "\"Ja\" ist weder J noch N; das Programm liest sie als N", E);
+    dataRow("charge out of range", "+3", 1, L{"+4"}, "+0",
+            "Die Ladung 4 liegt nicht zwischen -3 und +3.", E);
+    dataRow("charge zero", "-3", 1, L{"0"}, "+0", "Die Ladung ist 0", W);
     // Repeats and draws.
-    QTest::newRow("repeated record")
-        << "Natrium" << 2 << L{"Natrium", "Na", "Helium", "He"} << false << "+2"
-        << "wiederholt den Eintrag ab Zeile" << true;
-    QTest::newRow("repeated symbol")
-        << "Natrium" << 2 << L{"Natrium", "Na", "Deuterium", "H"} << false << "+3"
-        << "Das Symbol H steht schon in Zeile" << true;
-    QTest::newRow("empty alternative") << "Wasserstoff" << 1 << L{"Wasserstoff*"} << false << "+0"
-                                       << "leere Schreibweise" << true;
-    QTest::newRow("normal level too small")
-        << "tri" << 4 << L{"tri", kMark, "4", "tetra"} << false << "+1"
-        << "Vor dem \"ææ\" stehen nur 3 verschiedene Einträge; die Seite \"Zahlsilben\" braucht"
-        << false;
-    QTest::newRow("repeats do not count as entries")
-        << "Lithium" << 2 << L{"Helium", "He"} << false << "+8"
-        << "Vor dem \"ææ\" stehen nur 5" << false;
-    QTest::newRow("section too small") << "Oxid-Ion" << 4 << L{} << false << "+3"
-                                       << "hat nur 3 verschiedene Einträge" << false;
-    QTest::newRow("too few definitions")
-        << "Gemisch von Metallen." << 1 << L{"Geladenes Teilchen."} << false << "@4"
-        << "nur 9 verschiedene Erklärungen" << false;
-
+    dataRow("repeated record", "Natrium", 2, L{"Natrium", "Na", "Helium", "He"}, "+2",
+            "wiederholt den Eintrag ab Zeile", W);
+    dataRow("repeated symbol", "Natrium", 2, L{"Natrium", "Na", "Deuterium", "H"}, "+3",
+            "Das Symbol H steht schon in Zeile", W);
+    dataRow("empty alternative", "Wasserstoff", 1, L{"Wasserstoff*"}, "+0", "leere Schreibweise",
+            W);
+    dataRow("normal level too small", "tri", 4, L{"tri", kMark, "4", "tetra"}, "+1",
+            "Vor dem \"ææ\" stehen nur 3 verschiedene Einträge; die Seite \"Zahlsilben\" braucht",
+            E);
+    dataRow("repeats do not count as entries", "Lithium", 2, L{"Helium", "He"}, "+8",
+            "Vor dem \"ææ\" stehen nur 5", E);
+    dataRow("section too small", "Oxid-Ion", 4, L{}, "+3", "hat nur 3 verschiedene Einträge", E);
+    dataRow("too few definitions", "Gemisch von Metallen.", 1, L{"Geladenes Teilchen."}, "@4",
+            "nur 9 verschiedene Erklärungen", E);
     // Chemistry against elements.dat.
-    QTest::newRow("molar mass rounds half up")
-        << "74.6" << 1 << L{"74.5"} << false << "+0"
-        << "Die molare Masse 74.5 passt nicht zur Formel KCl (berechnet: 74.55 g/mol, gerundet "
-           "74.6)."
-        << false;
+    dataRow("molar mass rounds half up", "74.6", 1, L{"74.5"}, "+0",
+            "Die molare Masse 74.5 passt nicht zur Formel KCl (berechnet: 74.55 g/mol, gerundet "
+            "74.6).",
+            E);
     // 16.05 rounds up although 0 is even; 100.95 is 100.9499... in binary.
-    QTest::newRow("half up, not half to even")
-        << "16.1" << 1 << L{"16.0"} << false << "+0"
-        << "passt nicht zur Formel CH4 (berechnet: 16.05 g/mol, gerundet 16.1)" << false;
-    QTest::newRow("exact hundredths") << "101.0" << 1 << L{"100.9"} << false << "+0"
-                                      << "(berechnet: 100.95 g/mol, gerundet 101.0)" << false;
-    QTest::newRow("molar mass of hydrate") << "249.7" << 1 << L{"249.6"} << false << "+0"
-                                           << "berechnet: 249.71 g/mol" << false;
-    QTest::newRow("mass number only") << "H2O" << 1 << L{"TcO2"} << false << "+0"
-                                      << "nur die Massenzahl [98]" << false;
-    QTest::newRow("unknown element") << "H2O" << 1 << L{"H2Xy"} << false << "+0"
-                                     << "\"Xy\" in \"H2Xy\" steht nicht in elements.dat" << false;
-    QTest::newRow("unreadable formula") << "H2O" << 1 << L{"H2O)"} << false << "+0"
-                                        << "Die Formel \"H2O)\" lässt sich nicht lesen" << false;
-    QTest::newRow("unknown symbol") << "He" << 1 << L{"Hx"} << false << "+0"
-                                    << "Das Symbol \"Hx\" steht nicht in elements.dat" << false;
-    QTest::newRow("name unlike elements.dat") << "Lithium" << 1 << L{"Litium"} << false << "+0"
-                                              << "Keiner der Namen \"Litium\"" << true;
-    QTest::newRow("unbalanced") << "@2H2+@1O2=@2H2O" << 1 << L{"@2H2+@2O2=@2H2O"} << false << "+0"
-                                << "nicht ausgeglichen: O links 4, rechts 2." << false;
-    QTest::newRow("not smallest") << "@2H2+@1O2=@2H2O" << 1 << L{"@4H2+@2O2=@4H2O"} << false << "+0"
-                                  << "durch 2 teilen" << false;
-    QTest::newRow("charged substance in an equation")
-        << "@1C+@1O2=@1CO2" << 1 << L{"@1Na^++@1Cl^-=@1NaCl"} << false << "+0"
-        << "\"Na^+\" trägt eine Ladung" << false;
-    QTest::newRow("three substances a side")
-        << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@1O2+@1N2=@1CO2+@1N2"} << false << "+0"
-        << "Die linke Seite hat 3 Stoffe" << false;
-    QTest::newRow("missing coefficient")
-        << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@O2=@1CO2"} << false << "+0"
-        << "Vor der Formel \"O2\" fehlt der Koeffizient" << false;
-    QTest::newRow("zero coefficient")
-        << "@1C+@1O2=@1CO2" << 1 << L{"@0C+@1O2=@1CO2"} << false << "+0"
-        << "keine positive ganze Zahl" << false;
-    QTest::newRow("no =") << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@1O2+@1CO2"} << false << "+0"
-                          << "genau ein \"=\"" << false;
-    QTest::newRow("no @") << "@1C+@1O2=@1CO2" << 1 << L{"@1C+@1O2=1CO2"} << false << "+0"
-                          << "Die rechte Seite \"1CO2\" beginnt nicht mit \"@\"" << false;
-    QTest::newRow("charges do not cancel")
-        << "Ca^2+*OH^-" << 1 << L{"Ca^+*OH^-"} << false << "+0"
-        << "1 × Ca^+ + 2 × OH^- ergibt die Formel Ca(OH)2 mit der Ladung -1" << false;
-    QTest::newRow("ions of other elements") << "Li^+*Cl^-" << 1 << L{"Li^+*Br^-"} << false << "+0"
-                                            << "Br kommt in der Formel nicht vor; Cl fehlt in den "
-                                               "Ionen"
-                                            << false;
-    QTest::newRow("ions cannot build formula")
-        << "(NH4)2SO4" << 1 << L{"(NH4)2SO3"} << false << "+1"
-        << "nicht zusammensetzen" << false;
-    QTest::newRow("ion without charge") << "Al^3+*O^2-" << 1 << L{"Al^3+*O"} << false << "+0"
-                                        << "\"O\" hat keine Ladung" << false;
-    QTest::newRow("ion listed twice") << "Li^+*Cl^-" << 1 << L{"Li^+*Cl^-*Cl^-"} << false << "+0"
-                                      << "nicht zusammensetzen" << false;
-    QTest::newRow("ambiguous ions") << "Al^3+*O^2-" << 1 << L{"Al^3+*O^2-*O^2-"} << false << "+0"
-                                    << "auf mehrere Arten" << true;
-    QTest::newRow("alternatives differ")
-        << "CH3COONa*C2H3O2Na" << 1 << L{"CH3COONa*C2H3O2K"} << false << "+0"
-        << "nicht dieselbe Zusammensetzung" << false;
-    QTest::newRow("amount depends on the atomic masses")
-        << "Frage A" << 2
-        << L{"Wie viel mol sind 111,7 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"}
-        << false << "+0"
-        << "Die Antwort hängt davon ab, mit welchen Atommassen" << true;
-    QTest::newRow("amount answer wrong")
-        << "Frage A" << 2
-        << L{"Wie viel mol sind 28 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"}
-        << false << "+1"
-        << "Die Antwort 2.00 passt nicht zur Frage" << false;
-    QTest::newRow("charged substance") << "LiCl" << 1 << L{"LiCl^+"} << false << "+0"
-                                       << "\"LiCl^+\" trägt eine Ladung" << false;
+    dataRow("half up, not half to even", "16.1", 1, L{"16.0"}, "+0",
+            "passt nicht zur Formel CH4 (berechnet: 16.05 g/mol, gerundet 16.1)", E);
+    dataRow("exact hundredths", "101.0", 1, L{"100.9"}, "+0",
+            "(berechnet: 100.95 g/mol, gerundet 101.0)", E);
+    dataRow("molar mass of hydrate", "249.7", 1, L{"249.6"}, "+0", "berechnet: 249.71 g/mol", E);
+    dataRow("mass number only", "H2O", 1, L{"TcO2"}, "+0", "nur die Massenzahl [98]", E);
+    dataRow("unknown element", "H2O", 1, L{"H2Xy"}, "+0",
+            "\"Xy\" in \"H2Xy\" steht nicht in elements.dat", E);
+    dataRow("unreadable formula", "H2O", 1, L{"H2O)"}, "+0",
+            "Die Formel \"H2O)\" lässt sich nicht lesen", E);
+    dataRow("unknown symbol", "He", 1, L{"Hx"}, "+0",
+            "Das Symbol \"Hx\" steht nicht in elements.dat", E);
+    dataRow("name unlike elements.dat", "Lithium", 1, L{"Litium"}, "+0",
+            "Keiner der Namen \"Litium\"", W);
+    dataRow("unbalanced", "@2H2+@1O2=@2H2O", 1, L{"@2H2+@2O2=@2H2O"}, "+0",
+            "nicht ausgeglichen: O links 4, rechts 2.", E);
+    dataRow("not smallest", "@2H2+@1O2=@2H2O", 1, L{"@4H2+@2O2=@4H2O"}, "+0", "durch 2 teilen", E);
+    dataRow("charged substance in an equation", "@1C+@1O2=@1CO2", 1, L{"@1Na^++@1Cl^-=@1NaCl"},
+            "+0", "\"Na^+\" trägt eine Ladung", E);
+    dataRow("three substances a side", "@1C+@1O2=@1CO2", 1, L{"@1C+@1O2+@1N2=@1CO2+@1N2"}, "+0",
+            "Die linke Seite hat 3 Stoffe", E);
+    dataRow("missing coefficient", "@1C+@1O2=@1CO2", 1, L{"@1C+@O2=@1CO2"}, "+0",
+            "Vor der Formel \"O2\" fehlt der Koeffizient", E);
+    dataRow("zero coefficient", "@1C+@1O2=@1CO2", 1, L{"@0C+@1O2=@1CO2"}, "+0",
+            "keine positive ganze Zahl", E);
+    dataRow("no =", "@1C+@1O2=@1CO2", 1, L{"@1C+@1O2+@1CO2"}, "+0", "genau ein \"=\"", E);
+    dataRow("no @", "@1C+@1O2=@1CO2", 1, L{"@1C+@1O2=1CO2"}, "+0",
+            "Die rechte Seite \"1CO2\" beginnt nicht mit \"@\"", E);
+    dataRow("charges do not cancel", "Ca^2+*OH^-", 1, L{"Ca^+*OH^-"}, "+0",
+            "1 × Ca^+ + 2 × OH^- ergibt die Formel Ca(OH)2 mit der Ladung -1", E);
+    dataRow("ions of other elements", "Li^+*Cl^-", 1, L{"Li^+*Br^-"}, "+0",
+            "Br kommt in der Formel nicht vor; Cl fehlt in den Ionen", E);
+    dataRow("ions cannot build formula", "(NH4)2SO4", 1, L{"(NH4)2SO3"}, "+1",
+            "nicht zusammensetzen", E);
+    dataRow("ion without charge", "Al^3+*O^2-", 1, L{"Al^3+*O"}, "+0", "\"O\" hat keine Ladung", E);
+    dataRow("ion listed twice", "Li^+*Cl^-", 1, L{"Li^+*Cl^-*Cl^-"}, "+0", "nicht zusammensetzen",
+            E);
+    dataRow("ambiguous ions", "Al^3+*O^2-", 1, L{"Al^3+*O^2-*O^2-"}, "+0", "auf mehrere Arten", W);
+    dataRow("alternatives differ", "CH3COONa*C2H3O2Na", 1, L{"CH3COONa*C2H3O2K"}, "+0",
+            "nicht dieselbe Zusammensetzung", E);
+    dataRow("charged substance", "LiCl", 1, L{"LiCl^+"}, "+0", "\"LiCl^+\" trägt eine Ladung", E);
+    // The amount rule has its own rows; here only that its notes reach the report.
+    dataRow("amount answer wrong", "Frage A", 2,
+            L{"Wie viel mol sind 28 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"},
+            "+1", "Die Antwort 2.00 passt nicht zur Frage", E);
 }
 
 void TestBankChecker::findsProblem() {
     QFETCH(QString, anchor);
     QFETCH(int, span);
     QFETCH(QStringList, replacement);
-    QFETCH(bool, cut);
     QFETCH(QString, where);
     QFETCH(QString, expected);
     QFETCH(bool, isWarning);
@@ -347,23 +284,19 @@ void TestBankChecker::findsProblem() {
     QStringList lines = cleanBank();
     QCOMPARE(lines.count(anchor), 1);
     const int at = static_cast<int>(lines.indexOf(anchor));
-    lines.remove(at, span);
+    lines.remove(at, qAbs(span));
     for (qsizetype k = 0; k < replacement.size(); ++k)
         lines.insert(at + k, replacement.at(k));
-    if (cut)
+    if (span < 0)
         lines = lines.mid(0, at + replacement.size());
 
-    int line = 0;
+    int line = at + 1 + where.toInt();
     if (where == u"last") {
         line = static_cast<int>(lines.size());
     } else if (where.startsWith(u'@')) {
-        int wanted = where.mid(1).toInt();
-        for (int i = 0; i < lines.size() && wanted > 0; ++i) {
+        for (int i = 0, wanted = where.mid(1).toInt(); i < lines.size() && wanted > 0; ++i)
             if (lines.at(i) == u"@" && --wanted == 0)
                 line = i + 1;
-        }
-    } else {
-        line = at + 1 + where.toInt();
     }
 
     const BankChecker::Report report = checkLines(lines, &m_elements);
@@ -382,7 +315,7 @@ void TestBankChecker::findsProblem() {
     const QString printed = QStringLiteral("t.dat:%1: %2")
                                 .arg(line)
                                 .arg(isWarning ? QStringLiteral("Warnung: ") : QString());
-    QVERIFY(report.lines().filter(printed).size() >= 1);
+    QVERIFY(!report.lines().filter(printed).isEmpty());
 }
 
 void TestBankChecker::worksWithoutElementTable() {
@@ -414,23 +347,16 @@ void TestBankChecker::readsElementTable() {
     QCOMPARE(m_elements.count(), 118);
     QVERIFY2(m_elements.problems().isEmpty(), qPrintable(m_elements.problems().value(0).text));
     const ElementTable::Element* fe = m_elements.find(u"Fe");
-    QVERIFY(fe);
-    QCOMPARE(fe->number, 26);
-    QCOMPARE(fe->name, QStringLiteral("Eisen"));
-    QCOMPARE(fe->massHundredths, 5585);
-    QCOMPARE(fe->group, 8);
-    QCOMPARE(fe->period, 4);
+    QVERIFY(fe && fe->number == 26 && fe->name == QStringLiteral("Eisen"));
+    QVERIFY(fe->massHundredths == 5585 && fe->group == 8 && fe->period == 4);
     QCOMPARE(fe->category, QStringLiteral("Übergangsmetall"));
     QCOMPARE(*fe->electronegativity, 1.83);
     const ElementTable::Element* tc = m_elements.byNumber(43);
-    QVERIFY(tc && tc->massNumberOnly && !tc->hasMass());
-    QCOMPARE(tc->massHundredths, 9800);
+    QVERIFY(tc && tc->massNumberOnly && !tc->hasMass() && tc->massHundredths == 9800);
     QVERIFY(!m_elements.find(u"He")->electronegativity.has_value());
     QVERIFY(!m_elements.find(u"CO"));
-    QCOMPARE(m_elements.find(u"Og")->number, 118);
-}
 
-void TestBankChecker::reportsBrokenElementLines() {
+    // A hand-edited table: each broken line is noted with its number.
     const QStringList lines{
         "# Kommentar",                                   // 1
         "1;H;Wasserstoff;1.01;1;1;Nichtmetall;2.20",     // 2
@@ -492,41 +418,25 @@ void TestBankChecker::survivesDamagedBanks() {
         return out;
     };
     const QList<QByteArray> markers{"@\r", "#\r", "\xE6\xE6\r", "\r", " @\r", "\xE6\xE6"};
+    using Lines = QList<QByteArray>;
+    auto any = [&](const auto& list) { return int(rng.bounded(int(list.size()))); };
+    const std::function<void(Lines&, int)> damage[] = {
+        [](Lines& l, int i) { l.removeAt(i); },
+        [&](Lines& l, int i) { l.insert(i, QByteArray(l.at(any(l)))); },
+        [&](Lines& l, int i) { l.swapItemsAt(i, any(l)); },
+        [&](Lines& l, int i) { l.insert(i, markers.at(any(markers))); },
+        [&](Lines& l, int i) { l[i] = junk(40) + '\r'; },
+        [&](Lines& l, int i) { l[i].insert(rng.bounded(int(l[i].size()) + 1), junk(4)); },
+        [](Lines& l, int i) { l = l.mid(0, i); }};
 
     QElapsedTimer slowest;
     qint64 worst = 0;
     int withNotes = 0;
     for (int run = 0; run < runs; ++run) {
-        QList<QByteArray> lines = shippedLines;
+        Lines lines = shippedLines;
         const int edits = 1 + rng.bounded(run % 5 == 0 ? 12 : 3);
-        for (int e = 0; e < edits && !lines.isEmpty(); ++e) {
-            const int i = rng.bounded(static_cast<int>(lines.size()));
-            switch (rng.bounded(7)) {
-            case 0:
-                lines.removeAt(i);
-                break;
-            case 1: {
-                const QByteArray copy = lines.at(rng.bounded(static_cast<int>(lines.size())));
-                lines.insert(i, copy);
-                break;
-            }
-            case 2:
-                lines.swapItemsAt(i, rng.bounded(static_cast<int>(lines.size())));
-                break;
-            case 3:
-                lines.insert(i, markers.at(rng.bounded(static_cast<int>(markers.size()))));
-                break;
-            case 4:
-                lines[i] = junk(40) + '\r';
-                break;
-            case 5:
-                lines[i].insert(rng.bounded(static_cast<int>(lines[i].size()) + 1), junk(4));
-                break;
-            default:
-                lines = lines.mid(0, i);
-                break;
-            }
-        }
+        for (int e = 0; e < edits && !lines.isEmpty(); ++e)
+            damage[rng.bounded(7)](lines, any(lines));
         QByteArray input = lines.join('\n');
         if (run % 7 == 3) // raw byte damage, which may also upset the decoding
             for (int k = rng.bounded(1, 20); k > 0 && !input.isEmpty(); --k)

@@ -1,9 +1,8 @@
+#include "TestSupport.h"
 #include "chem/Equation.h"
 
-#include <QtTest>
-
-// The balancing page's walk over an equation line and the checker's strict
-// reading of the same line.
+// The balancing page's walk over an equation line; the strict reading and
+// the balance are tested through the bank check's rows.
 class TestEquation final : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -11,20 +10,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("line");
         QTest::addColumn<QStringList>("coefficients");
         QTest::addColumn<QStringList>("formulas");
-        QTest::newRow("two left, one right") << "@2H2+@1O2=@2H2O" << QStringList{"2", "1", "2", ""}
-                                             << QStringList{"H2", "O2", "H2O", ""};
-        QTest::newRow("one species a side goes to slot 2")
-            << "@1Fe=@1Fe" << QStringList{"1", "", "1", ""} << QStringList{"Fe", "", "Fe", ""};
-        QTest::newRow("digits after the formula start are counts")
-            << "@1CH4+@2O2=@1CO2+@2H2O" << QStringList{"1", "2", "1", "2"}
-            << QStringList{"CH4", "O2", "CO2", "H2O"};
-        QTest::newRow("points belong to the coefficient")
-            << "@1.5O2=@1O3" << QStringList{"1.5", "", "1", ""} << QStringList{"O2", "", "O3", ""};
-        QTest::newRow("no leading @ puts text in slot 0")
-            << "H2=@1H2" << QStringList{"", "", "1", ""} << QStringList{"H2", "", "H2", ""};
+        dataRow("two left, one right", "@2H2+@1O2=@2H2O", QStringList{"2", "1", "2", ""},
+                QStringList{"H2", "O2", "H2O", ""});
+        dataRow("one species a side goes to slot 2", "@1Fe=@1Fe", QStringList{"1", "", "1", ""},
+                QStringList{"Fe", "", "Fe", ""});
+        dataRow("digits after the formula start are counts", "@1CH4+@2O2=@1CO2+@2H2O",
+                QStringList{"1", "2", "1", "2"}, QStringList{"CH4", "O2", "CO2", "H2O"});
+        dataRow("points belong to the coefficient", "@1.5O2=@1O3", QStringList{"1.5", "", "1", ""},
+                QStringList{"O2", "", "O3", ""});
+        dataRow("no leading @ puts text in slot 0", "H2=@1H2", QStringList{"", "", "1", ""},
+                QStringList{"H2", "", "H2", ""});
         // A third species on a side would run past the four slots; it is dropped.
-        QTest::newRow("three on the right") << "@1A=@1B+@1C+@1D" << QStringList{"1", "", "1", "1"}
-                                            << QStringList{"A", "", "B", "C"};
+        dataRow("three on the right", "@1A=@1B+@1C+@1D", QStringList{"1", "", "1", "1"},
+                QStringList{"A", "", "B", "C"});
     }
     void pageWalkFillsSlots() {
         QFETCH(QString, line);
@@ -35,36 +33,6 @@ private Q_SLOTS:
             QCOMPARE(s.coefficient[i], coefficients[i]);
             QCOMPARE(s.formula[i], formulas[i]);
         }
-    }
-
-    void strictReadingAndBalance_data() {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<bool>("readable");
-        QTest::addColumn<bool>("balanced");
-        QTest::addColumn<int>("divisor");
-        QTest::newRow("water") << "@2H2+@1O2=@2H2O" << true << true << 1;
-        QTest::newRow("not balanced") << "@1H2+@1O2=@1H2O" << true << false << 1;
-        QTest::newRow("not the smallest") << "@4H2+@2O2=@4H2O" << true << true << 2;
-        QTest::newRow("charged species") << "@1Na^+=@1Na" << false << false << 0;
-        QTest::newRow("three on a side") << "@1A=@1B+@1C+@1D" << false << false << 0;
-        QTest::newRow("missing coefficient") << "@H2=@1H2" << false << false << 0;
-        QTest::newRow("two equals") << "@1H2=@1H2=@1H2" << false << false << 0;
-    }
-    void strictReadingAndBalance() {
-        QFETCH(QString, line);
-        QFETCH(bool, readable);
-        QFETCH(bool, balanced);
-        QFETCH(int, divisor);
-        const Equation::Reading r = Equation::read(line);
-        QCOMPARE(r.ok(), readable);
-        if (!readable)
-            return;
-        const Equation::Balance b = Equation::balance(r);
-        QCOMPARE(b.balanced, balanced);
-        if (balanced)
-            QCOMPARE(b.divisor, qint64(divisor));
-        else
-            QCOMPARE(b.differences, QStringList{QStringLiteral("O links 2, rechts 1")});
     }
 };
 

@@ -1,6 +1,5 @@
+#include "TestSupport.h"
 #include "chem/FormulaText.h"
-
-#include <QtTest>
 
 class TestFormulaText : public QObject {
     Q_OBJECT
@@ -15,23 +14,16 @@ void TestFormulaText::rendersFormulas_data() {
     QTest::addColumn<QString>("formula");
     QTest::addColumn<QString>("html");
     QTest::addColumn<QString>("plain");
-    QTest::newRow("water") << "H2O"
-                           << "H<sub>2</sub>O" << QStringLiteral("H₂O");
-    QTest::newRow("group") << "Ca(OH)2"
-                           << "Ca(OH)<sub>2</sub>" << QStringLiteral("Ca(OH)₂");
-    QTest::newRow("two digits") << "C12H22O11"
-                                << "C<sub>12</sub>H<sub>22</sub>O<sub>11</sub>"
-                                << QStringLiteral("C₁₂H₂₂O₁₁");
-    QTest::newRow("anion") << "SO4^2-" << QStringLiteral("SO<sub>4</sub><sup>2−</sup>")
-                           << QStringLiteral("SO₄²⁻");
-    QTest::newRow("cation") << "Na^+"
-                            << "Na<sup>+</sup>" << QStringLiteral("Na⁺");
-    QTest::newRow("hydrate") << QStringLiteral("CuSO4·5H2O")
-                             << QStringLiteral("CuSO<sub>4</sub>·5H<sub>2</sub>O")
-                             << QStringLiteral("CuSO₄·5H₂O");
-    QTest::newRow("markup is escaped") << "A<b>"
-                                       << "A&lt;b&gt;"
-                                       << "A<b>";
+    dataRow("water", "H2O", "H<sub>2</sub>O", QStringLiteral("H₂O"));
+    dataRow("group", "Ca(OH)2", "Ca(OH)<sub>2</sub>", QStringLiteral("Ca(OH)₂"));
+    dataRow("two digits", "C12H22O11", "C<sub>12</sub>H<sub>22</sub>O<sub>11</sub>",
+            QStringLiteral("C₁₂H₂₂O₁₁"));
+    dataRow("anion", "SO4^2-", QStringLiteral("SO<sub>4</sub><sup>2−</sup>"),
+            QStringLiteral("SO₄²⁻"));
+    dataRow("cation", "Na^+", "Na<sup>+</sup>", QStringLiteral("Na⁺"));
+    dataRow("hydrate", QStringLiteral("CuSO4·5H2O"),
+            QStringLiteral("CuSO<sub>4</sub>·5H<sub>2</sub>O"), QStringLiteral("CuSO₄·5H₂O"));
+    dataRow("markup is escaped", "A<b>", "A&lt;b&gt;", "A<b>");
 }
 
 void TestFormulaText::rendersFormulas() {
@@ -45,18 +37,15 @@ void TestFormulaText::rendersFormulas() {
 void TestFormulaText::findsFormulasInSentences_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("html");
-    QTest::newRow("in a sentence") << "Kalkwasser wird durch CO2 trüb."
-                                   << "Kalkwasser wird durch CO<sub>2</sub> trüb.";
-    QTest::newRow("charge") << "Ein Chlorid-Ion (Cl^-) hat ..."
-                            << QStringLiteral("Ein Chlorid-Ion (Cl<sup>−</sup>) hat ...");
-    QTest::newRow("before a hyphen") << "1,5 O2-Moleküle"
-                                     << "1,5 O<sub>2</sub>-Moleküle";
-    QTest::newRow("words stay") << "Ein Mol Na ist pH-Wert 7"
-                                << "Ein Mol Na ist pH-Wert 7";
-    QTest::newRow("numbers stay") << QStringLiteral("6,022 · 10²³ Teilchen")
-                                  << QStringLiteral("6,022 · 10²³ Teilchen");
-    QTest::newRow("escaped") << "a < b & H2O"
-                             << "a &lt; b &amp; H<sub>2</sub>O";
+    dataRow("in a sentence", "Kalkwasser wird durch CO2 trüb.",
+            "Kalkwasser wird durch CO<sub>2</sub> trüb.");
+    dataRow("charge", "Ein Chlorid-Ion (Cl^-) hat ...",
+            QStringLiteral("Ein Chlorid-Ion (Cl<sup>−</sup>) hat ..."));
+    dataRow("before a hyphen", "1,5 O2-Moleküle", "1,5 O<sub>2</sub>-Moleküle");
+    dataRow("words stay", "Ein Mol Na ist pH-Wert 7", "Ein Mol Na ist pH-Wert 7");
+    dataRow("numbers stay", QStringLiteral("6,022 · 10²³ Teilchen"),
+            QStringLiteral("6,022 · 10²³ Teilchen"));
+    dataRow("escaped", "a < b & H2O", "a &lt; b &amp; H<sub>2</sub>O");
 }
 
 void TestFormulaText::findsFormulasInSentences() {

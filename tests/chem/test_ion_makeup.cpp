@@ -1,6 +1,5 @@
+#include "TestSupport.h"
 #include "chem/IonMakeup.h"
-
-#include <QtTest>
 
 // Which ions, how many of each, make up a salt; and the line the formulas
 // page shows for it.
@@ -11,21 +10,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("formula");
         QTest::addColumn<QStringList>("ions");
         QTest::addColumn<QList<int>>("counts"); // empty: no way found
-        QTest::newRow("Calciumchlorid")
-            << "CaCl2" << QStringList{"Ca^2+", "Cl^-"} << QList<int>{1, 2};
-        QTest::newRow("Aluminiumsulfat")
-            << "Al2(SO4)3" << QStringList{"Al^3+", "SO4^2-"} << QList<int>{2, 3};
-        QTest::newRow("Ammoniumsulfat")
-            << "(NH4)2SO4" << QStringList{"NH4^+", "SO4^2-"} << QList<int>{2, 1};
-        QTest::newRow("drei Ionensorten")
-            << "Fe3O4" << QStringList{"Fe^2+", "Fe^3+", "O^2-"} << QList<int>{1, 2, 4};
-        QTest::newRow("Blanks, leeres Stück")
-            << " CaCl2 " << QStringList{"", " Ca^2+", "Cl^-"} << QList<int>{1, 2};
-        QTest::newRow("falsches Ion") << "NaCl" << QStringList{"K^+", "Cl^-"} << QList<int>{};
-        QTest::newRow("Ladung bleibt") << "CaCl" << QStringList{"Ca^2+", "Cl^-"} << QList<int>{};
-        QTest::newRow("keine Ionen") << "H2O" << QStringList{} << QList<int>{};
-        QTest::newRow("mehr als neun") << "Na10Cl10" << QStringList{"Na^+", "Cl^-"} << QList<int>{};
-        QTest::newRow("Unsinn") << QString(5000, u'x') << QStringList{"\U0001F600"} << QList<int>{};
+        dataRow("Calciumchlorid", "CaCl2", QStringList{"Ca^2+", "Cl^-"}, QList<int>{1, 2});
+        dataRow("Aluminiumsulfat", "Al2(SO4)3", QStringList{"Al^3+", "SO4^2-"}, QList<int>{2, 3});
+        dataRow("Ammoniumsulfat", "(NH4)2SO4", QStringList{"NH4^+", "SO4^2-"}, QList<int>{2, 1});
+        dataRow("drei Ionensorten", "Fe3O4", QStringList{"Fe^2+", "Fe^3+", "O^2-"},
+                QList<int>{1, 2, 4});
+        dataRow("Blanks, leeres Stück", " CaCl2 ", QStringList{"", " Ca^2+", "Cl^-"},
+                QList<int>{1, 2});
+        dataRow("falsches Ion", "NaCl", QStringList{"K^+", "Cl^-"}, QList<int>{});
+        dataRow("Ladung bleibt", "CaCl", QStringList{"Ca^2+", "Cl^-"}, QList<int>{});
+        dataRow("keine Ionen", "H2O", QStringList{}, QList<int>{});
+        dataRow("mehr als neun", "Na10Cl10", QStringList{"Na^+", "Cl^-"}, QList<int>{});
+        dataRow("Unsinn", QString(5000, u'x'), QStringList{"\U0001F600"}, QList<int>{});
     }
     void findsTheCounts() {
         QFETCH(QString, formula);
@@ -50,15 +46,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("html");
         const QString minus = QStringLiteral("\u2212");
         const QString calcium = "Ca<sup>2+</sup> + 2 Cl<sup>" + minus + "</sup>";
-        QTest::newRow("Ionen mit Anzahl") << "CaCl2" << QStringList{"Ca^2+", "Cl^-"} << false
-                                          << calcium + " \u2192 CaCl<sub>2</sub>";
-        QTest::newRow("zwei Zeilen") << "CaCl2" << QStringList{"Ca^2+", "Cl^-"} << true
-                                     << calcium + "<br>\u2192 CaCl<sub>2</sub>";
-        QTest::newRow("passt nicht") << "NaCl" << QStringList{"K^+", "Cl^-"} << false
-                                     << "NaCl (Ionen: K<sup>+</sup>, Cl<sup>" + minus + "</sup>)";
-        QTest::newRow("nur Formel") << "H2O" << QStringList{} << true << "H<sub>2</sub>O";
-        QTest::newRow("nur Ionen") << "" << QStringList{"Na^+"} << false << "Na<sup>+</sup>";
-        QTest::newRow("Auszeichnung") << "<b>" << QStringList{""} << false << "&lt;b&gt;";
+        dataRow("Ionen mit Anzahl", "CaCl2", QStringList{"Ca^2+", "Cl^-"}, false,
+                calcium + " \u2192 CaCl<sub>2</sub>");
+        dataRow("zwei Zeilen", "CaCl2", QStringList{"Ca^2+", "Cl^-"}, true,
+                calcium + "<br>\u2192 CaCl<sub>2</sub>");
+        dataRow("passt nicht", "NaCl", QStringList{"K^+", "Cl^-"}, false,
+                "NaCl (Ionen: K<sup>+</sup>, Cl<sup>" + minus + "</sup>)");
+        dataRow("nur Formel", "H2O", QStringList{}, true, "H<sub>2</sub>O");
+        dataRow("nur Ionen", "", QStringList{"Na^+"}, false, "Na<sup>+</sup>");
+        dataRow("Auszeichnung", "<b>", QStringList{""}, false, "&lt;b&gt;");
     }
     void showsWhatThereIs() {
         QFETCH(QString, formula);

@@ -1,12 +1,10 @@
+#include "TestSupport.h"
 #include "controls/ButtonEnterKey.h"
 
 #include <QCheckBox>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
-#include <QtTest>
 
 // Enter on a focused button presses it, once the filter sits on the
 // application; other widgets and toggles keep their own handling.
@@ -30,19 +28,16 @@ void TestButtonEnterKey::pressesOnlyPlainButtons_data() {
     QTest::addColumn<int>("modifiers");
     QTest::addColumn<int>("clicks");
     const int none = Qt::NoModifier;
-    QTest::newRow("Enter auf Weiter") << "Weiter" << int(Qt::Key_Return) << none << 1;
-    QTest::newRow("Enter des Ziffernblocks")
-        << "Weiter" << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << 1;
-    QTest::newRow("Leertaste wie bisher") << "Weiter" << int(Qt::Key_Space) << none << 1;
-    QTest::newRow("Alt+Enter nicht")
-        << "Weiter" << int(Qt::Key_Return) << int(Qt::AltModifier) << 0;
-    QTest::newRow("Strg+Enter nicht")
-        << "Weiter" << int(Qt::Key_Return) << int(Qt::ControlModifier) << 0;
-    QTest::newRow("andere Taste") << "Weiter" << int(Qt::Key_A) << none << 0;
-    QTest::newRow("gesperrter Knopf") << "Gesperrt" << int(Qt::Key_Return) << none << 0;
-    QTest::newRow("Optionsfeld bleibt") << "Option" << int(Qt::Key_Return) << none << 0;
-    QTest::newRow("Kästchen bleibt") << "Kaestchen" << int(Qt::Key_Return) << none << 0;
-    QTest::newRow("Eingabefeld") << "Feld" << int(Qt::Key_Return) << none << 0;
+    dataRow("Enter auf Weiter", "Weiter", int(Qt::Key_Return), none, 1);
+    dataRow("Enter des Ziffernblocks", "Weiter", int(Qt::Key_Enter), int(Qt::KeypadModifier), 1);
+    dataRow("Leertaste wie bisher", "Weiter", int(Qt::Key_Space), none, 1);
+    dataRow("Alt+Enter nicht", "Weiter", int(Qt::Key_Return), int(Qt::AltModifier), 0);
+    dataRow("Strg+Enter nicht", "Weiter", int(Qt::Key_Return), int(Qt::ControlModifier), 0);
+    dataRow("andere Taste", "Weiter", int(Qt::Key_A), none, 0);
+    dataRow("gesperrter Knopf", "Gesperrt", int(Qt::Key_Return), none, 0);
+    dataRow("Optionsfeld bleibt", "Option", int(Qt::Key_Return), none, 0);
+    dataRow("Kästchen bleibt", "Kaestchen", int(Qt::Key_Return), none, 0);
+    dataRow("Eingabefeld", "Feld", int(Qt::Key_Return), none, 0);
 }
 
 void TestButtonEnterKey::pressesOnlyPlainButtons() {
@@ -53,21 +48,16 @@ void TestButtonEnterKey::pressesOnlyPlainButtons() {
 
     QWidget page;
     auto* layout = new QVBoxLayout(&page);
-    auto* field = new QLineEdit(&page);
-    field->setObjectName(QStringLiteral("Feld"));
-    auto* next = new QPushButton(QStringLiteral("&Weiter"), &page);
-    next->setObjectName(QStringLiteral("Weiter"));
-    auto* off = new QPushButton(QStringLiteral("Aus"), &page);
-    off->setObjectName(QStringLiteral("Gesperrt"));
-    off->setEnabled(false);
-    auto* option = new QRadioButton(QStringLiteral("Ja"), &page);
-    option->setObjectName(QStringLiteral("Option"));
-    auto* box = new QCheckBox(QStringLiteral("Kästchen"), &page);
-    box->setObjectName(QStringLiteral("Kaestchen"));
-    for (QWidget* w :
-         {static_cast<QWidget*>(field), static_cast<QWidget*>(next), static_cast<QWidget*>(off),
-          static_cast<QWidget*>(option), static_cast<QWidget*>(box)})
+    auto add = [&](auto* w, const char* name) {
+        w->setObjectName(QString::fromLatin1(name));
         layout->addWidget(w);
+        return w;
+    };
+    auto* field = add(new QLineEdit, "Feld");
+    add(new QPushButton(QStringLiteral("&Weiter")), "Weiter");
+    add(new QPushButton(QStringLiteral("Aus")), "Gesperrt")->setEnabled(false);
+    auto* option = add(new QRadioButton(QStringLiteral("Ja")), "Option");
+    auto* box = add(new QCheckBox(QStringLiteral("Kästchen")), "Kaestchen");
     int pressed = 0;
     for (auto* b : page.findChildren<QAbstractButton*>())
         connect(b, &QAbstractButton::clicked, this, [&pressed] { ++pressed; });

@@ -2,14 +2,14 @@
 #include "session/NamesFile.h"
 
 #include <QTemporaryDir>
-#include <QtTest>
 
+// Names and the remembered level in names.ini; the file's encodings are
+// read by the same reader as the task bank (see test_task_bank).
 class TestNamesFile : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void keepsOddNamesExactly();
     void survivesHandEditedFiles();
-    void readsOtherEncodings();
     void removingOneKeepsTheOthers();
     void unwritableFolderKeepsOldFile();
 };
@@ -64,23 +64,6 @@ void TestNamesFile::survivesHandEditedFiles() {
         n.load();
         QVERIFY(n.names().size() < 400);
     }
-}
-
-void TestNamesFile::readsOtherEncodings() {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("names.ini"));
-    const QString text = QStringLiteral("[Namen]\r\nName=Jürgen\r\nGöran\r\n");
-    QVERIFY(writeFile(path, LegacyText::encodeWindows1252(text)));
-    NamesFile cp(path);
-    cp.load();
-    QCOMPARE(cp.names(), (QStringList{QStringLiteral("Jürgen"), QStringLiteral("Göran")}));
-
-    QByteArray utf16("\xFF\xFE");
-    utf16.append(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
-    QVERIFY(writeFile(path, utf16));
-    NamesFile u(path);
-    u.load();
-    QCOMPARE(u.names(), cp.names());
 }
 
 void TestNamesFile::removingOneKeepsTheOthers() {

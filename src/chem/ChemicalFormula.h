@@ -55,10 +55,6 @@ public:
     int charge() const { return m_charge; }
     const QList<Piece>& pieces() const { return m_pieces; }
 
-    bool sameComposition(const ChemicalFormula& other) const {
-        return m_counts == other.m_counts && m_charge == other.m_charge;
-    }
-
 private:
     QString m_text;
     bool m_valid = false;

@@ -37,13 +37,6 @@ int ChoiceRules::arrowPosition(const QStringList& items, const QString& chosen) 
     return -1;
 }
 
-QStringList ChoiceRules::markWrongChoice(QStringList items, const QString& chosen) {
-    const int j = arrowPosition(items, chosen);
-    if (j >= 0)
-        items[j] = arrowed(chosen);
-    return items;
-}
-
 QString ChoiceRules::sortKey(QStringView text) {
     QString key;
     key.reserve(text.size());

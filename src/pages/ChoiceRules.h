@@ -30,8 +30,6 @@ public:
     // text equals chosen exactly; -1 when none does (nothing chosen).
     static int arrowPosition(const QStringList& items, const QString& chosen);
     static QString arrowed(const QString& chosen) { return QStringLiteral("-> ") + chosen; }
-    // items with the wrong choice marked by the arrow in its place.
-    static QStringList markWrongChoice(QStringList items, const QString& chosen);
 
     // The items in the order a list shows them: alphabetical as a German
     // dictionary sorts (case and umlaut dots ignored), so that the right

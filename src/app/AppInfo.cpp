@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace {
@@ -59,15 +60,16 @@ QString AppInfo::prepareDataFolder() {
         const QString target = m_dataFolder + QLatin1String(name);
         if (QFile::exists(target))
             continue;
-        const QString source = QStringLiteral(":/data/") + QLatin1String(name);
-        if (!QFile::copy(source, target)) {
+        // Written whole under a temporary name and then renamed: a second
+        // program starting at the same moment never reads half a file, and
+        // if it wins the race its identical copy is as good as ours.
+        QFile source(QStringLiteral(":/data/") + QLatin1String(name));
+        QSaveFile copy(target);
+        const bool written = source.open(QIODevice::ReadOnly) && copy.open(QIODevice::WriteOnly) &&
+                             copy.write(source.readAll()) == source.size() && copy.commit();
+        if (!written && !QFile::exists(target))
             problems << QStringLiteral("%1 konnte nicht nach %2 kopiert werden.")
                             .arg(QLatin1String(name), m_dataFolder);
-            continue;
-        }
-        // Resource copies are read-only; the teacher must be able to edit.
-        QFile::setPermissions(target, QFile::permissions(target) | QFileDevice::WriteOwner |
-                                          QFileDevice::WriteUser);
     }
     m_names.load();
     if (m_names.readProblem().refused()) {

@@ -120,6 +120,9 @@ int showAndReport(bool program, const QStringList& args) {
     window->repaint();
     std::printf("shown %lld %ld\n", static_cast<long long>(sinceMain.nsecsElapsed()), peakRssKiB());
     std::fflush(stdout);
+    // A normal end: the program gives up its lock, so the next run starts
+    // like a candidate's, not like one after a crash.
+    delete window;
     return 0;
 }
 

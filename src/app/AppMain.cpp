@@ -124,10 +124,6 @@ void AppMain::buildBars() {
     m_flow->setScoreBoard(tasks, correct, mark);
     auto* praise = new PraisePanel(m_holder);
     m_flow->setPraisePanel(praise);
-
-    m_periodicTable = new PeriodicTablePanel(m_central);
-    connect(m_flow, &TestFlow::hidePeriodicTableRequested, m_periodicTable,
-            &PeriodicTablePanel::HidePeriodicTable);
 }
 
 void AppMain::buildMenus() {
@@ -157,16 +153,15 @@ void AppMain::buildMenus() {
 }
 
 bool AppMain::formLoad(AppSplash* splash) {
-    // 1. The periodic table reads its own file.
-    m_periodicTable->view()->load(m_info.elementsPath());
+    // 1. The element table is read now, so that a damaged file is reported
+    // at the start; its panel is built when it is first opened.
+    m_elements = ElementTable::load(m_info.elementsPath());
     // 2. Pages, each with its button pair.
     m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
     m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });
+    // The task pages are built when the flow first shows them: the start
+    // page comes up without waiting for nine pages nobody sees yet.
     PageSet::createTaskPages(*m_flow, m_holder);
-    // Every page container exists once the window is loaded, as tests and
-    // tools that look for a page's controls expect. The flow could build
-    // them on first need instead (the start page would come up sooner).
-    m_flow->buildAllPages();
     m_startPage->setGeometry(0, 0, kHolderWidth, kHolderHeight);
     m_startPage->show();
 
@@ -258,10 +253,20 @@ void AppMain::M_H_INFO_Click() {
     m_info.showInfo(this);
 }
 
+PeriodicTablePanel* AppMain::periodicTable() {
+    if (!m_periodicTable) {
+        m_periodicTable = new PeriodicTablePanel(m_central);
+        m_periodicTable->view()->setTable(m_elements);
+        connect(m_flow, &TestFlow::hidePeriodicTableRequested, m_periodicTable,
+                &PeriodicTablePanel::HidePeriodicTable);
+    }
+    return m_periodicTable;
+}
+
 void AppMain::M_H_P2_Click() {
     if (!ExpertLimits::mayUse(ExpertLimits::Aid::PeriodicTable, m_flow->state().ExpertLevel, this))
         return;
-    m_periodicTable->ShowPeriodicTable();
+    periodicTable()->ShowPeriodicTable();
 }
 
 void AppMain::mnu_HelpCalc_Click() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "chem/ElementTable.h"
+
 #include <QMainWindow>
 #include <QString>
 #include <QStringList>
@@ -36,7 +38,12 @@ public:
 
     TestFlow& flow() { return *m_flow; }
     StartPage* startPage() const { return m_startPage; }
-    PeriodicTablePanel* periodicTable() const { return m_periodicTable; }
+    // The panel is made when it is first asked for; the start page does
+    // not show it, and most candidates never open it.
+    PeriodicTablePanel* periodicTable();
+    bool hasPeriodicTable() const { return m_periodicTable != nullptr; }
+    // elements.dat as read at loading; the panel draws this table.
+    const ElementTable& elements() const { return m_elements; }
     AppInfo& info() { return m_info; }
 
     // How a successor is started and how this instance ends; tests replace both.
@@ -76,6 +83,7 @@ private:
     StartPage* m_startPage = nullptr;
     QLabel* m_streber = nullptr;
     PeriodicTablePanel* m_periodicTable = nullptr;
+    ElementTable m_elements;
     Launcher m_launcher;
     std::function<void()> m_exiter;
     std::function<void(AppResult*)> m_resultHook;

@@ -1,12 +1,10 @@
 #include "app/StartUp.h"
 
-#include "aids/PeriodicTablePanel.h"
 #include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
 #include "controls/ButtonEnterKey.h"
 #include "controls/Look.h"
-#include "controls/PeriodicTableView.h"
 #include "session/TestFlow.h"
 
 #include <QApplication>
@@ -58,7 +56,7 @@ QWidget* StartUp(const QStringList& commandLine) {
         problems << problem;
     if (!main->flow().bank().readProblem.isEmpty())
         problems << main->flow().bank().readProblem;
-    const QString elements = main->periodicTable()->view()->table().readProblem();
+    const QString elements = main->elements().readProblem();
     if (!elements.isEmpty())
         problems << elements;
     new AppMainWithInfo(main, std::move(info));

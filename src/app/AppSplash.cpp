@@ -5,30 +5,24 @@
 #include "controls/Mascot.h"
 
 #include <QGuiApplication>
-#include <QLabel>
 #include <QPainter>
 #include <QScreen>
-#include <QVBoxLayout>
 
 AppSplash::AppSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
     setObjectName(QStringLiteral("frm_AppSplash"));
     setAttribute(Qt::WA_DeleteOnClose, false);
     setFixedSize(420, 220);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(28, 24, 28, 20);
+    // The texts are painted, not laid out in labels: a layout would ask for
+    // their fonts at once, and loading fonts is most of what a start costs.
     auto* mascot = new Mascot(this);
     mascot->setExpression(2);
-    mascot->setFixedSize(56, 64);
-    layout->addWidget(mascot, 0, Qt::AlignHCenter);
-    auto* name = new QLabel(QLatin1String(AppInfo::kProductName), this);
-    name->setStyleSheet(QStringLiteral("color: white; font-size: 26px; font-weight: 700;"));
-    layout->addWidget(name, 0, Qt::AlignHCenter);
-    auto* sub = new QLabel(
-        QStringLiteral("Version %1 – wird geladen …").arg(QLatin1String(AppInfo::kVersion)), this);
-    sub->setStyleSheet(QStringLiteral("color: #b0bec5; font-size: 13px;"));
-    layout->addWidget(sub, 0, Qt::AlignHCenter);
+    mascot->setGeometry((width() - 56) / 2, 24, 56, 64);
     if (QScreen* screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());
+}
+
+QString AppSplash::subline() {
+    return QStringLiteral("Version %1 – wird geladen …").arg(QLatin1String(AppInfo::kVersion));
 }
 
 void AppSplash::paintEvent(QPaintEvent*) {
@@ -37,4 +31,16 @@ void AppSplash::paintEvent(QPaintEvent*) {
     g.setColorAt(0, Look::accent());
     g.setColorAt(1, Look::slate());
     p.fillRect(rect(), g);
+    QFont name = font();
+    name.setPixelSize(22);
+    name.setWeight(QFont::Bold);
+    p.setFont(name);
+    p.setPen(Qt::white);
+    p.drawText(QRect(0, 98, width(), 40), Qt::AlignHCenter | Qt::AlignVCenter,
+               QLatin1String(AppInfo::kProductName));
+    QFont sub = font();
+    sub.setPixelSize(13);
+    p.setFont(sub);
+    p.setPen(QColor(0xb0, 0xbe, 0xc5));
+    p.drawText(QRect(0, 142, width(), 24), Qt::AlignHCenter | Qt::AlignVCenter, subline());
 }

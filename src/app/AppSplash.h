@@ -8,6 +8,9 @@ class AppSplash final : public QWidget {
 public:
     AppSplash();
 
+    // The line under the program's name.
+    static QString subline();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 };

@@ -4,7 +4,7 @@
 //
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong|mixed]
 //                [--candidate TEXT] [--score C/T] [--finish] [--print]
-//                [--table] [--calc EXPR] [--button NAME]
+//                [--table] [--calc EXPR] [--button NAME] [--splash]
 //
 // --fill right types the expected answers into the page's line edits where a
 // page keeps them one to one in DrawnAnswers (or where a field names its slot
@@ -21,6 +21,7 @@
 // menu and types EXPR followed by Enter, --button clicks the named button
 // (e.g. "but_Calc(0)"); a dialog that opens stays open for the picture.
 #include "app/AppMain.h"
+#include "app/AppSplash.h"
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "session/TestFlow.h"
@@ -144,6 +145,13 @@ int main(int argc, char** argv) {
     const int calcAt = args.indexOf(QStringLiteral("--calc"));
     const int buttonAt = args.indexOf(QStringLiteral("--button"));
 
+    if (args.contains(QStringLiteral("--splash"))) {
+        // The splash is gone before anything could photograph it on screen.
+        AppSplash splash;
+        const bool ok = splash.grab().save(out);
+        std::printf("%s %s\n", ok ? "saved" : "could not save", qPrintable(out));
+        return ok ? 0 : 1;
+    }
     auto* main = qobject_cast<AppMain*>(StartUp({args.first()}));
     if (!main)
         return 1;

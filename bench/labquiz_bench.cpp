@@ -19,6 +19,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLabel>
 #include <QMainWindow>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -94,7 +95,9 @@ double median(std::vector<double> v) {
 }
 
 // Child mode: show the window and report once it is on screen.
-int showAndReport(bool program, const QStringList& args) {
+enum class Window { Empty, Text, Program };
+
+int showAndReport(Window kind, const QStringList& args) {
     QElapsedTimer sinceMain;
     sinceMain.start();
     int argc = 1;
@@ -102,13 +105,15 @@ int showAndReport(bool program, const QStringList& args) {
     char* argv[] = {name, nullptr};
     QApplication app(argc, argv);
     QWidget* window = nullptr;
-    if (program) {
+    if (kind == Window::Program) {
         window = StartUp(args);
         if (!window)
             return 2;
     } else {
         auto* main = new QMainWindow;
         main->resize(1080, 800);
+        if (kind == Window::Text)
+            main->setCentralWidget(new QLabel(QStringLiteral("Laborix Test"), main));
         main->show();
         window = main;
     }
@@ -224,42 +229,53 @@ struct StartFigures {
     long rssKiB;
 };
 
-StartFigures measureStart(const QString& self, const QString& mode, const QString& dataDir,
-                          int runs) {
-    std::vector<double> times;
-    long rss = 0;
+// Starts each mode once per round, the modes in turn, so that a change in
+// the machine's load falls on all of them alike.
+std::vector<StartFigures> measureStarts(const QString& self, const QStringList& modes,
+                                        const QString& dataDir, int runs) {
+    std::vector<std::vector<double>> times(modes.size());
+    std::vector<long> rss(modes.size(), 0);
     for (int r = 0; r < runs; ++r) {
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.insert(QStringLiteral("LABQUIZ_DATA"), dataDir);
-        child.setProcessEnvironment(env);
-        QElapsedTimer t;
-        t.start();
-        child.start(self, {mode, QStringLiteral("/NEW")});
-        QByteArray out;
-        while (!out.contains('\n') && child.waitForReadyRead(30000))
-            out += child.readAllStandardOutput();
-        const double ms = t.nsecsElapsed() / 1e6;
-        child.waitForFinished(30000);
-        const QList<QByteArray> parts = out.trimmed().split(' ');
-        if (parts.size() == 3 && parts[0] == "shown") {
-            times.push_back(ms);
-            rss = std::max(rss, parts[2].toLong());
+        for (qsizetype m = 0; m < modes.size(); ++m) {
+            QProcess child;
+            QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+            env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+            env.insert(QStringLiteral("LABQUIZ_DATA"), dataDir);
+            child.setProcessEnvironment(env);
+            QElapsedTimer t;
+            t.start();
+            child.start(self, {modes[m], QStringLiteral("/NEW")});
+            QByteArray out;
+            while (!out.contains('\n') && child.waitForReadyRead(30000))
+                out += child.readAllStandardOutput();
+            const double ms = t.nsecsElapsed() / 1e6;
+            child.waitForFinished(30000);
+            const QList<QByteArray> parts = out.trimmed().split(' ');
+            if (parts.size() == 3 && parts[0] == "shown") {
+                times[m].push_back(ms);
+                rss[m] = std::max(rss[m], parts[2].toLong());
+            }
         }
     }
-    return {times.empty() ? -1 : median(times), rss};
+    std::vector<StartFigures> figures;
+    for (qsizetype m = 0; m < modes.size(); ++m)
+        figures.push_back({times[m].empty() ? -1 : median(times[m]), rss[m]});
+    return figures;
 }
 
 } // namespace
 
 int main(int argc, char* argv[]) {
     if (argc >= 2 &&
-        (qstrcmp(argv[1], "--child-program") == 0 || qstrcmp(argv[1], "--child-empty") == 0)) {
+        (qstrcmp(argv[1], "--child-program") == 0 || qstrcmp(argv[1], "--child-empty") == 0 ||
+         qstrcmp(argv[1], "--child-text") == 0)) {
         QStringList args;
         for (int i = 0; i < argc; ++i)
             args << QString::fromLocal8Bit(argv[i]);
-        return showAndReport(qstrcmp(argv[1], "--child-program") == 0, args);
+        const Window kind = qstrcmp(argv[1], "--child-program") == 0 ? Window::Program
+                            : qstrcmp(argv[1], "--child-text") == 0  ? Window::Text
+                                                                     : Window::Empty;
+        return showAndReport(kind, args);
     }
     if (argc >= 2 && qstrcmp(argv[1], "--child-slide") == 0)
         return measureSlide({QString::fromLocal8Bit(argv[0]), QStringLiteral("/NEW")});
@@ -320,10 +336,14 @@ int main(int argc, char* argv[]) {
 
     QTemporaryDir data;
     const QString self = QCoreApplication::applicationFilePath();
-    const StartFigures empty =
-        measureStart(self, QStringLiteral("--child-empty"), data.path(), runs);
-    const StartFigures program =
-        measureStart(self, QStringLiteral("--child-program"), data.path(), runs);
+    const std::vector<StartFigures> starts =
+        measureStarts(self,
+                      {QStringLiteral("--child-empty"), QStringLiteral("--child-text"),
+                       QStringLiteral("--child-program")},
+                      data.path(), runs);
+    const StartFigures& empty = starts[0];
+    const StartFigures& text = starts[1];
+    const StartFigures& program = starts[2];
 
     QTextStream out(stdout);
     out << "Laborix Test benchmark (median of " << runs << " runs)\n\n";
@@ -360,6 +380,12 @@ int main(int argc, char* argv[]) {
         empty.rssKiB / 1024.0, QStringLiteral("MiB"),
         double(program.rssKiB) / double(empty.rssKiB));
     out << "  target: within 1.2 x the empty window's memory\n";
+    // Any window that shows a word loads the font database and a font
+    // first; this line shows what that alone costs on this machine.
+    row(QStringLiteral("  for scale: empty window with one line of text"), text.ms, empty.ms,
+        QStringLiteral("ms"), text.ms / empty.ms);
+    row(QStringLiteral("  its peak memory"), text.rssKiB / 1024.0, empty.rssKiB / 1024.0,
+        QStringLiteral("MiB"), double(text.rssKiB) / double(empty.rssKiB));
 
     QProcess pages;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();

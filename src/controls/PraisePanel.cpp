@@ -7,7 +7,7 @@ PraisePanel::PraisePanel(QWidget* parent) : QLabel(QStringLiteral("Wow!"), paren
     setAlignment(Qt::AlignCenter);
     setCursor(Qt::PointingHandCursor);
     setToolTip(QStringLiteral("Alles richtig! Zum Schließen anklicken."));
-    adjustSize();
+    // Sized when it is shown: measuring now would load its big font at start.
     hide();
 }
 

@@ -1,8 +1,8 @@
 #include "session/AtomicFile.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSaveFile>
 #include <QStorageInfo>
 
@@ -95,14 +95,29 @@ bool AtomicFile::write(const QString& path, const QByteArray& bytes, QString* pr
 
 void AtomicFile::removeLeftovers(const QString& path) {
     // QSaveFile names its temporary file after the target: "names.ini.ykQEnm".
+    // Matched by hand: a name filter or a pattern would start the regular
+    // expression engine, which nothing else needs at start.
     const QFileInfo target(path);
-    const QRegularExpression temporary(
-        QStringLiteral("^%1\\.[A-Za-z0-9]{6}$").arg(QRegularExpression::escape(target.fileName())));
+    const QString prefix = target.fileName() + u'.';
+    auto isTemporary = [&prefix](const QString& name) {
+        if (name.size() != prefix.size() + 6 || !name.startsWith(prefix))
+            return false;
+        for (qsizetype i = prefix.size(); i < name.size(); ++i) {
+            const char16_t c = name.at(i).unicode();
+            if (!((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9')))
+                return false;
+        }
+        return true;
+    };
     QDir folder(target.absolutePath());
-    const QStringList candidates = folder.entryList({target.fileName() + QStringLiteral(".??????")},
-                                                    QDir::Files | QDir::Hidden);
-    for (const QString& name : candidates) {
-        if (temporary.match(name).hasMatch())
-            folder.remove(name);
+    QDirIterator it(folder.path(), QDir::Files | QDir::Hidden);
+    QStringList doomed;
+    while (it.hasNext()) {
+        it.next();
+        const QString name = it.fileName();
+        if (isTemporary(name))
+            doomed << name;
     }
+    for (const QString& name : doomed)
+        folder.remove(name);
 }

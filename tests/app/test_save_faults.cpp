@@ -25,6 +25,7 @@ private Q_SLOTS:
     void logThatCannotBeReadIsKept();
     void atomicWriteSaysWhy_data();
     void atomicWriteSaysWhy();
+    void leftoversOfKilledWritesOnly();
 
 private:
     // A data folder with the shipped files, two names and two log lines.
@@ -249,6 +250,27 @@ void TestSaveFaults::atomicWriteSaysWhy() {
         QVERIFY(f.open(QIODevice::ReadOnly));
         QCOMPARE(f.readAll(), QByteArray("[Namen]\r\nName=Anna\r\n"));
     }
+}
+
+// Only the temporary files a killed writer left beside names.ini go; a
+// teacher's own copies and the other files stay.
+void TestSaveFaults::leftoversOfKilledWritesOnly() {
+    const QStringList doomed = {QStringLiteral("names.ini.ykQEnm"),
+                                QStringLiteral("names.ini.A1b2C3")};
+    const QStringList kept = {
+        QStringLiteral("names.ini.bak"),     QStringLiteral("names.ini.ykQEn"),
+        QStringLiteral("names.ini.ykQEnmm"), QStringLiteral("names.ini.yk-Enm"),
+        QStringLiteral("names.iniXykQEnm"),  QStringLiteral("laborix.log.ykQEnm"),
+        QStringLiteral("xnames.ini.ykQEnm")};
+    for (const QString& name : doomed + kept) {
+        QFile f(m_dir->filePath(name));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+    }
+    AtomicFile::removeLeftovers(m_dir->filePath(QStringLiteral("names.ini")));
+    for (const QString& name : doomed)
+        QVERIFY2(!QFile::exists(m_dir->filePath(name)), qPrintable(name));
+    for (const QString& name : kept + QStringList{QStringLiteral("names.ini")})
+        QVERIFY2(QFile::exists(m_dir->filePath(name)), qPrintable(name));
 }
 
 QTEST_MAIN(TestSaveFaults)

@@ -21,11 +21,11 @@ AppSplash::AppSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
     mascot->setFixedSize(56, 64);
     layout->addWidget(mascot, 0, Qt::AlignHCenter);
     auto* name = new QLabel(QLatin1String(AppInfo::kProductName), this);
-    name->setStyleSheet(QStringLiteral("color: white; font-size: 26px; font-weight: 700;"));
+    Look::setText(name, 26, QFont::Bold, Qt::white);
     layout->addWidget(name, 0, Qt::AlignHCenter);
     auto* sub = new QLabel(
         QStringLiteral("Version %1 – wird geladen …").arg(QLatin1String(AppInfo::kVersion)), this);
-    sub->setStyleSheet(QStringLiteral("color: #b0bec5; font-size: 13px;"));
+    Look::setText(sub, 13, QFont::Normal, Look::fieldBorder());
     layout->addWidget(sub, 0, Qt::AlignHCenter);
     if (QScreen* screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());

@@ -105,7 +105,7 @@ struct Fixture : PageFixture<DefinitionPage> {
 class TestChoicePages : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { qApp->setStyleSheet(Look::styleSheet()); }
+    void initTestCase() { Look::install(); }
     void findsListItems_data();
     void findsListItems();
     void selectsListItems();

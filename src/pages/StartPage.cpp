@@ -116,7 +116,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     stripe.border = Look::accent();
     stripe.stripe = 4;
     about->setBox(stripe);
-    about->setContentsMargins(16, 10, 12, 10);
+    about->setContentsMargins(20, 10, 12, 10);
     Look::setText(about, 13, QFont::Normal, QColor(0x37, 0x47, 0x4f));
     body->addWidget(about, 6, 1, Qt::AlignTop);
 

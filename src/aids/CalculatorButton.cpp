@@ -3,6 +3,7 @@
 #include "aids/CalcExpression.h"
 #include "aids/CalculatorDialog.h"
 #include "aids/ExpertLimits.h"
+#include "controls/Look.h"
 #include "session/SessionState.h"
 
 #include <QLineEdit>
@@ -44,12 +45,8 @@ CalculatorButton::CalculatorButton(int index, QLineEdit* target, const SessionSt
     setAccessibleName(QStringLiteral("Taschenrechner"));
     setAutoDefault(false);
     setFixedSize(36, 32);
-    setStyleSheet(QStringLiteral(
-        "QPushButton { background: #ffffff; border: 1px solid #9fd0d5; border-radius: 5px;"
-        "  min-width: 0px; padding: 0px; }"
-        "QPushButton:hover { background: #e3f2f3; }"
-        "QPushButton:focus { border: 2px solid #f9a825; }"
-        "QPushButton:disabled { background: #eceff1; border-color: #cfd8dc; }"));
+    Look::setButtonColours(this, Qt::white, Look::accentDark(), QColor(0xe3, 0xf2, 0xf3),
+                           QColor(0x9f, 0xd0, 0xd5));
     connect(this, &QPushButton::clicked, this, &CalculatorButton::press);
 }
 

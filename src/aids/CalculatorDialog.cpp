@@ -1,13 +1,13 @@
 #include "aids/CalculatorDialog.h"
 
 #include "aids/CalcExpression.h"
+#include "controls/Look.h"
 
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStyle>
 #include <QVBoxLayout>
 
 CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
@@ -15,25 +15,7 @@ CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("Taschenrechner"));
     setModal(true);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setStyleSheet(QStringLiteral(
-        "QDialog#Taschenrechner { background: #eceff1; }"
-        "QLineEdit#Anzeige { font-size: 24px; padding: 6px 10px; min-height: 40px;"
-        "  background: #ffffff; border: 2px solid #1b7f8c; border-radius: 6px; }"
-        "QLabel[role=\"hint\"] { color: #607d8b; font-size: 12px; font-style: italic; }"
-        "QLineEdit#Anzeige[message=\"true\"] { font-size: 16px; color: #8a1c1c; }"
-        "QLabel#Rechnung { color: #607d8b; font-size: 13px; }"
-        "QPushButton[kind] { min-width: 60px; max-width: 60px; min-height: 42px;"
-        "  max-height: 42px; padding: 0px; font-size: 18px; font-weight: 600;"
-        "  border-radius: 6px; }"
-        "QPushButton[kind=\"digit\"] { background: #ffffff; color: #263238;"
-        "  border: 1px solid #b0bec5; }"
-        "QPushButton[kind=\"digit\"]:hover { background: #f5f7f8; }"
-        "QPushButton[kind=\"operator\"] { background: #d7eef0; color: #125c66;"
-        "  border: 1px solid #9fd0d5; }"
-        "QPushButton[kind=\"operator\"]:hover { background: #c4e6e9; }"
-        "QPushButton[kind=\"correct\"] { background: #fbe3d6; color: #8a1c1c;"
-        "  border: 1px solid #f0b89a; }"
-        "QPushButton[kind=\"equals\"] { background: #1b7f8c; color: #ffffff; border: none; }"));
+    Look::setFill(this, QColor(0xec, 0xef, 0xf1));
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 14, 16, 14);
@@ -45,12 +27,15 @@ CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
     m_worked->setAlignment(Qt::AlignRight);
     m_worked->setTextFormat(Qt::PlainText);
     m_worked->setMinimumHeight(18);
+    Look::setText(m_worked, 13, QFont::Normal, Look::softInk());
     layout->addWidget(m_worked);
 
     m_display = new QLineEdit(this);
     m_display->setObjectName(QStringLiteral("Anzeige"));
     m_display->setAlignment(Qt::AlignRight);
     m_display->setMaxLength(400);
+    Look::setText(m_display, 24);
+    m_display->setMinimumHeight(52);
     m_display->installEventFilter(this);
     connect(m_display, &QLineEdit::textEdited, this, [this] {
         setShowsMessage(false);
@@ -60,7 +45,7 @@ CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
 
     auto* hint = new QLabel(
         QStringLiteral("Rechnung eintippen, z. B. 2*1,01+16 – Enter rechnet sie aus."), this);
-    hint->setProperty("role", QStringLiteral("hint"));
+    Look::setRole(hint, QStringLiteral("hint"));
     layout->addWidget(hint);
 
     auto* keys = new QGridLayout;
@@ -118,6 +103,18 @@ QPushButton* CalculatorDialog::addKey(const QString& caption, const QString& ins
     auto* key = new QPushButton(caption, this);
     key->setObjectName(QStringLiteral("Taste(%1)").arg(caption));
     key->setProperty("kind", QString::fromLatin1(kind));
+    key->setFixedSize(60, 42);
+    Look::setText(key, 18, QFont::DemiBold);
+    const QLatin1String k(kind);
+    if (k == QLatin1String("digit"))
+        Look::setButtonColours(key, Qt::white, Look::ink(), QColor(0xf5, 0xf7, 0xf8),
+                               Look::fieldBorder());
+    else if (k == QLatin1String("operator"))
+        Look::setButtonColours(key, QColor(0xd7, 0xee, 0xf0), Look::accentDark(),
+                               QColor(0xc4, 0xe6, 0xe9), QColor(0x9f, 0xd0, 0xd5));
+    else if (k == QLatin1String("correct"))
+        Look::setButtonColours(key, QColor(0xfb, 0xe3, 0xd6), Look::alarm(),
+                               QColor(0xf8, 0xd4, 0xc1), QColor(0xf0, 0xb8, 0x9a));
     key->setFocusPolicy(Qt::NoFocus);
     key->setAutoDefault(false);
     if (!inserts.isEmpty()) {
@@ -204,8 +201,8 @@ void CalculatorDialog::setShowsMessage(bool message) {
         return;
     m_showsMessage = message;
     m_display->setProperty("message", message);
-    m_display->style()->unpolish(m_display);
-    m_display->style()->polish(m_display);
+    Look::setText(m_display, message ? 16 : 24, QFont::Normal,
+                  message ? Look::alarm() : Look::ink());
 }
 
 // "*" and "/" typed on the keyboard are shown as the calculator's own signs,

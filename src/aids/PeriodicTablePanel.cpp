@@ -64,23 +64,17 @@ protected:
 
 } // namespace
 
-PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : QFrame(parent) {
+PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : RoundPanel(parent) {
     setObjectName(QStringLiteral("frm_PSE"));
-    setFrameShape(QFrame::NoFrame);
-    setAttribute(Qt::WA_StyledBackground, true);
-    setStyleSheet(QStringLiteral(
-        "QFrame#frm_PSE { background: #ffffff; border: 2px solid #125c66; "
-        "border-radius: 6px; }"
-        "QWidget#bar_PSETitle { background: #125c66; }"
-        "QWidget#bar_PSETitle QLabel { color: white; font-weight: 600; font-size: 14px; }"
-        "QToolButton#but_PSEHide { border: none; background: transparent; }"));
+    setBox({Qt::white, Look::accentDark(), 2, 6});
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->setSpacing(0);
 
     m_title = new QWidget(this);
     m_title->setObjectName(QStringLiteral("bar_PSETitle"));
-    m_title->setAttribute(Qt::WA_StyledBackground, true);
+    Look::setFill(m_title, Look::accentDark());
+    Look::setText(m_title, 14, QFont::DemiBold, Qt::white);
     m_title->setCursor(Qt::SizeAllCursor);
     m_title->installEventFilter(this);
     auto* row = new QHBoxLayout(m_title);
@@ -90,6 +84,7 @@ PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : QFrame(parent) {
     m_close = new QToolButton(m_title);
     m_close->setObjectName(QStringLiteral("but_PSEHide"));
     m_close->setIcon(noSignIcon());
+    m_close->setAutoRaise(true);
     m_close->setToolTip(QStringLiteral("Periodensystem schließen"));
     m_close->setCursor(Qt::ArrowCursor);
     row->addWidget(m_close);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFrame>
+#include "controls/RoundPanel.h"
+
 #include <QPoint>
 
 class QLabel;
@@ -10,7 +11,7 @@ class PeriodicTableView;
 // frm_PSE: the periodic table as a panel floating over the pages. It is
 // dragged by its title bar (never quite out of reach), put away by its
 // button, and put away and remembered at every page change.
-class PeriodicTablePanel final : public QFrame {
+class PeriodicTablePanel final : public RoundPanel {
     Q_OBJECT
 public:
     explicit PeriodicTablePanel(QWidget* parent);

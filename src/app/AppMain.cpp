@@ -5,6 +5,7 @@
 #include "aids/PeriodicTablePanel.h"
 #include "app/AppInfo.h"
 #include "app/AppSplash.h"
+#include "controls/BoxLabel.h"
 #include "controls/FadeBar.h"
 #include "controls/GradeMark.h"
 #include "controls/Look.h"
@@ -33,6 +34,7 @@
 
 AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     setObjectName(QStringLiteral("frm_AppMain"));
+    Look::setFill(this, Look::slate());
     setWindowTitle(QLatin1String(AppInfo::kProductName));
     m_launcher = [](const QString& program, const QStringList& arguments) {
         return QProcess::startDetached(program, arguments);
@@ -70,6 +72,9 @@ void AppMain::buildBars() {
     m_header = new FadeBar(FadeBar::Kind::Header, m_central);
     m_header->setObjectName(QStringLiteral("bar_Splash"));
     m_header->setFixedSize(kHolderWidth, kHeaderHeight);
+    QPalette onHeader = m_header->palette();
+    onHeader.setColor(QPalette::WindowText, Qt::white);
+    m_header->setPalette(onHeader);
     auto* headerRow = new QHBoxLayout(m_header);
     headerRow->setContentsMargins(16, 4, 18, 4);
     auto* mascot = new Mascot(m_header);
@@ -80,26 +85,31 @@ void AppMain::buildBars() {
     nameCol->setContentsMargins(6, 0, 0, 0);
     nameCol->setSpacing(0);
     auto* appName = new QLabel(QLatin1String(AppInfo::kProductName), nameBox);
-    appName->setProperty("role", QStringLiteral("appName"));
+    Look::setRole(appName, QStringLiteral("appName"));
     auto* appSub = new QLabel(QStringLiteral("Selbsttest Chemie"), nameBox);
-    appSub->setProperty("role", QStringLiteral("appSub"));
+    Look::setRole(appSub, QStringLiteral("appSub"));
     nameCol->addWidget(appName);
     nameCol->addWidget(appSub);
     headerRow->addWidget(nameBox);
     headerRow->addStretch(1);
-    m_streber = new QLabel(QStringLiteral("Strebermodus"), m_header);
-    m_streber->setObjectName(QStringLiteral("Streberstufe"));
+    auto* streber = new BoxLabel(QStringLiteral("Strebermodus"), m_header);
+    streber->setObjectName(QStringLiteral("Streberstufe"));
+    streber->setBox({Look::amber(), QColor(), 0, 4});
+    Look::setText(streber, 13, QFont::Bold, Look::ink());
+    streber->setContentsMargins(8, 2, 8, 2);
+    m_streber = streber;
     m_streber->hide();
     headerRow->addWidget(m_streber);
 
     m_holder = new QWidget(m_central);
     m_holder->setObjectName(QStringLiteral("bar_Holder"));
-    m_holder->setAttribute(Qt::WA_StyledBackground, true);
+    Look::setFill(m_holder, Qt::white);
     m_holder->setFixedSize(kHolderWidth, kHolderHeight);
 
     m_footer = new FadeBar(FadeBar::Kind::Footer, m_central);
     m_footer->setObjectName(QStringLiteral("bar_Sep"));
     m_footer->setFixedSize(kHolderWidth, kFooterHeight);
+    Look::setText(m_footer, 13, QFont::Normal, QColor(0xec, 0xef, 0xf1));
     auto* footerRow = new QHBoxLayout(m_footer);
     footerRow->setContentsMargins(18, 4, 18, 4);
     footerRow->setSpacing(8);
@@ -107,7 +117,7 @@ void AppMain::buildBars() {
         footerRow->addWidget(new QLabel(caption, m_footer));
         auto* value = new QLabel(QStringLiteral(" 0"), m_footer);
         value->setObjectName(name);
-        value->setProperty("role", QStringLiteral("counter"));
+        Look::setRole(value, QStringLiteral("counter"));
         value->setMinimumWidth(36);
         footerRow->addWidget(value);
         footerRow->addSpacing(18);
@@ -127,6 +137,11 @@ void AppMain::buildBars() {
 }
 
 void AppMain::buildMenus() {
+    QPalette bar = menuBar()->palette();
+    bar.setColor(QPalette::Window, QColor(0x1f, 0x29, 0x2e));
+    bar.setColor(QPalette::WindowText, QColor(0xec, 0xef, 0xf1));
+    bar.setColor(QPalette::ButtonText, QColor(0xec, 0xef, 0xf1));
+    menuBar()->setPalette(bar);
     QMenu* program = menuBar()->addMenu(QStringLiteral("&Programm"));
     program->setObjectName(QStringLiteral("mnu_File"));
     QAction* fileNew = program->addAction(QStringLiteral("&Neuer Test"));

@@ -41,6 +41,6 @@ void AppSplash::paintEvent(QPaintEvent*) {
     QFont sub = font();
     sub.setPixelSize(13);
     p.setFont(sub);
-    p.setPen(QColor(0xb0, 0xbe, 0xc5));
+    p.setPen(Look::fieldBorder());
     p.drawText(QRect(0, 142, width(), 24), Qt::AlignHCenter | Qt::AlignVCenter, subline());
 }

@@ -27,7 +27,7 @@ private:
 
 QWidget* StartUp(const QStringList& commandLine) {
     if (qApp) {
-        qApp->setStyleSheet(Look::styleSheet());
+        Look::install();
         ButtonEnterKey::install(qApp);
     }
     // Arguments after the program's own name form the command line.

@@ -108,15 +108,6 @@ ChoiceList::ChoiceList(QWidget* parent) : QListWidget(parent) {
     QFont small = font();
     small.setPixelSize(13);
     setFont(small);
-    // A slim scroll bar of its own; set once, it costs nothing later.
-    verticalScrollBar()->setStyleSheet(QStringLiteral(
-        "QScrollBar:vertical { border: none; background: transparent; background-color: "
-        "transparent; width: 10px; margin: 2px; }"
-        "QScrollBar::handle:vertical { background: #90a4ae; border-radius: 3px; "
-        "min-height: 24px; }"
-        "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0px; "
-        "border: none; background: none; }"
-        "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }"));
 }
 
 void ChoiceList::setChoices(const QStringList& texts) {
@@ -142,9 +133,8 @@ void ChoiceList::setMark(const QColor& colour) {
 }
 
 void ChoiceList::paintEvent(QPaintEvent* event) {
-    // Painted here rather than through the palette: the application's style
-    // sheet gives the viewport a palette of its own and renews it whenever
-    // the list is enabled or disabled.
+    // Painted here rather than through the palette: the viewport keeps a
+    // palette of its own, renewed whenever the list is enabled or disabled.
     if (m_mark.isValid()) {
         QPainter painter(viewport());
         painter.fillRect(event->rect(), m_mark);

@@ -29,8 +29,7 @@ public:
 
     // Fills the whole list with a right or wrong colour; an invalid colour
     // takes the mark away. The colour is also kept in the property
-    // "markColour", as Look keeps it for other fields. A list is not marked
-    // through a style sheet: a new sheet would lay out every item again.
+    // "markColour", as Look keeps it for other fields.
     void setMark(const QColor& colour);
     QColor mark() const { return m_mark; }
 

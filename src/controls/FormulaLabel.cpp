@@ -1,10 +1,11 @@
 #include "controls/FormulaLabel.h"
 
 #include "chem/FormulaText.h"
+#include "controls/Look.h"
 
 FormulaLabel::FormulaLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::RichText);
-    setProperty("role", QStringLiteral("formula"));
+    Look::setRole(this, QStringLiteral("formula"));
 }
 
 void FormulaLabel::setFormula(const QString& formula) {

@@ -1,10 +1,11 @@
 #include "controls/IonMakeupLabel.h"
 
 #include "chem/IonMakeup.h"
+#include "controls/Look.h"
 
 IonMakeupLabel::IonMakeupLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::RichText);
-    setProperty("role", QStringLiteral("formula"));
+    Look::setRole(this, QStringLiteral("formula"));
 }
 
 void IonMakeupLabel::setSubstance(const QString& formula, const QStringList& ions) {

@@ -1,7 +1,16 @@
 #include "controls/Look.h"
 
-#include <QWidget>
+#include "controls/BoxLabel.h"
+#include "controls/LabStyle.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QVariantList>
 #include <array>
+#include <cstring>
 
 QColor Look::paletteColour(int index) {
     static const std::array<QColor, 16> colours = {
@@ -12,60 +21,199 @@ QColor Look::paletteColour(int index) {
     return colours.at(static_cast<std::size_t>(index & 15));
 }
 
-QString Look::styleSheet() {
-    return QStringLiteral(R"(
-QMainWindow#frm_AppMain { background: #263238; }
-QWidget#bar_Holder { background: #ffffff; border-bottom-left-radius: 0px; }
-QWidget[taskPage="true"] { background: #ffffff; }
-QLabel { color: #263238; }
-QLabel[role="pageTitle"] { background: #1b7f8c; color: #ffffff; font-size: 17px; font-weight: 600;
-    padding: 8px 14px; }
-QLabel[role="groupTitle"] { color: #125c66; font-size: 15px; font-weight: 600; }
-QLabel[role="hint"] { color: #607d8b; font-size: 12px; font-style: italic; }
-QLabel[role="prompt"] { font-size: 15px; }
-QLabel[role="formula"] { font-size: 16px; color: #263238; }
-QLabel[role="notice"] { color: #8a1c1c; background: #fff4e5; border: 1px solid #f0c27b;
-    border-radius: 6px; padding: 12px; font-size: 14px; }
-QLineEdit { border: 1px solid #b0bec5; border-radius: 4px; padding: 4px 6px; font-size: 15px;
-    background: #ffffff; selection-background-color: #1b7f8c; }
-QLineEdit:focus { border: 2px solid #1b7f8c; padding: 3px 5px; }
-QPushButton { background: #1b7f8c; color: #ffffff; border: none; border-radius: 5px;
-    padding: 7px 18px; font-size: 14px; font-weight: 600; min-width: 80px; }
-QPushButton:hover { background: #21939f; }
-QPushButton:focus { outline: none; border: 2px solid #f9a825; padding: 5px 16px; }
-QPushButton:disabled { background: #b0bec5; }
-QWidget#bar_Sep { background: transparent; }
-QWidget#bar_Sep QLabel { color: #eceff1; font-size: 13px; }
-QWidget#bar_Sep QLabel[role="counter"] { color: #ffffff; font-weight: 700; font-size: 14px; }
-QWidget#bar_Splash QLabel { color: #ffffff; }
-QWidget#bar_Splash QLabel[role="appName"] { font-size: 22px; font-weight: 700; }
-QWidget#bar_Splash QLabel[role="appSub"] { color: #b0bec5; font-size: 13px; }
-QLabel#lab_Correct { background: #fff59d; color: #125c66; border: 3px solid #f9a825;
-    border-radius: 12px; font-size: 34px; font-weight: 800; padding: 10px 26px; }
-QLabel#Streberstufe { background: #f9a825; color: #263238; border-radius: 4px; padding: 2px 8px;
-    font-weight: 700; }
-QMenuBar { background: #1f292e; color: #eceff1; }
-QMenuBar::item:selected { background: #1b7f8c; }
-QMenu { background: #ffffff; color: #263238; border: 1px solid #cfd8dc; }
-QMenu::item:selected { background: #1b7f8c; color: #ffffff; }
-QDialog { background: #ffffff; }
-)");
+void Look::Box::paint(QPainter& painter, const QRectF& rect, const QColor& fillInstead) const {
+    const QColor shown = fillInstead.isValid() ? fillInstead : fill;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (stripe > 0) {
+        if (shown.isValid())
+            painter.fillRect(rect, shown);
+        painter.fillRect(QRectF(rect.left(), rect.top(), stripe, rect.height()), border);
+        painter.restore();
+        return;
+    }
+    const bool framed = borderWidth > 0 && border.isValid();
+    // The pen is centred on the path: half the border lies inside.
+    const qreal half = framed ? borderWidth / 2 : 0;
+    const QRectF r = rect.adjusted(half, half, -half, -half);
+    const qreal round = qMax<qreal>(0, radius - half);
+    QPainterPath path;
+    if (topCornersOnly) {
+        path.moveTo(r.left(), r.bottom());
+        path.lineTo(r.left(), r.top() + round);
+        path.quadTo(r.left(), r.top(), r.left() + round, r.top());
+        path.lineTo(r.right() - round, r.top());
+        path.quadTo(r.right(), r.top(), r.right(), r.top() + round);
+        path.lineTo(r.right(), r.bottom());
+        path.closeSubpath();
+    } else {
+        path.addRoundedRect(r, round, round);
+    }
+    painter.setPen(framed ? QPen(border, borderWidth) : QPen(Qt::NoPen));
+    painter.setBrush(shown.isValid() ? QBrush(shown) : QBrush(Qt::NoBrush));
+    painter.drawPath(path);
+    painter.restore();
+}
+
+QPalette Look::palette() {
+    QPalette p(QColor(0xec, 0xef, 0xf1), QColor(Qt::white));
+    p.setColor(QPalette::WindowText, ink());
+    p.setColor(QPalette::Text, ink());
+    p.setColor(QPalette::ButtonText, ink());
+    p.setColor(QPalette::Base, Qt::white);
+    p.setColor(QPalette::AlternateBase, QColor(0xf5, 0xf7, 0xf8));
+    p.setColor(QPalette::Highlight, accent());
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::Link, accentDark());
+    p.setColor(QPalette::PlaceholderText, softInk());
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        p.setColor(QPalette::Disabled, role, softInk());
+    return p;
+}
+
+void Look::install() {
+    QApplication::setStyle(new LabStyle);
+    const QPalette base = palette();
+    QApplication::setPalette(base);
+
+    // Push buttons are accent coloured with white text; LabStyle reads the
+    // fill, text, hover and border colours from these roles.
+    QPalette button = base;
+    button.setColor(QPalette::Button, accent());
+    button.setColor(QPalette::ButtonText, Qt::white);
+    button.setColor(QPalette::Light, accentHover());
+    button.setColor(QPalette::Mid, accent());
+    button.setColor(QPalette::Disabled, QPalette::Button, fieldBorder());
+    button.setColor(QPalette::Disabled, QPalette::Mid, fieldBorder());
+    button.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::white);
+    QApplication::setPalette(button, "QPushButton");
+
+    QFont edit = QApplication::font();
+    edit.setPixelSize(15);
+    QApplication::setFont(edit, "QLineEdit");
+    QFont push = QApplication::font();
+    push.setPixelSize(14);
+    push.setWeight(QFont::DemiBold);
+    QApplication::setFont(push, "QPushButton");
 }
 
 namespace {
 
-// Sets (or with an empty value removes) one rule of a widget's own sheet,
-// keeping its other rules.
-void setRule(QWidget* field, QLatin1String key, const QString& value) {
-    QString kept;
-    for (const QString& part : field->styleSheet().split(u';', Qt::SkipEmptyParts)) {
-        const QString rule = part.trimmed();
-        if (!rule.startsWith(key + u':') && !rule.startsWith(key + u' '))
-            kept += rule + u';';
+struct RoleLook {
+    const char* name;
+    int pixelSize;
+    QFont::Weight weight;
+    bool italic;
+    QRgb colour; // 0: the inherited text colour
+};
+
+constexpr RoleLook kRoles[] = {
+    {"pageTitle", 17, QFont::DemiBold, false, 0xffffffff},
+    {"groupTitle", 15, QFont::DemiBold, false, 0xff125c66},
+    {"hint", 12, QFont::Normal, true, 0xff607d8b},
+    {"prompt", 15, QFont::Normal, false, 0},
+    {"formula", 16, QFont::Normal, false, 0xff263238},
+    {"notice", 14, QFont::Normal, false, 0xff8a1c1c},
+    {"counter", 14, QFont::Bold, false, 0xffffffff},
+    {"appName", 22, QFont::Bold, false, 0xffffffff},
+    {"appSub", 13, QFont::Normal, false, 0xffb0bec5},
+    {"correction", 14, QFont::DemiBold, false, 0xff125c66},
+    {"certCaption", 15, QFont::Normal, false, 0xff607d8b},
+    {"certLine", 17, QFont::Normal, false, 0xff263238},
+    {"certSmall", 15, QFont::Normal, false, 0xff37474f},
+    {"certGrade", 34, QFont::ExtraBold, false, 0xff125c66},
+    {"certTitle", 30, QFont::ExtraBold, false, 0xffa87a12},
+};
+
+} // namespace
+
+void Look::setRole(QWidget* widget, const QString& role) {
+    if (!widget)
+        return;
+    widget->setProperty("role", role);
+    const RoleLook* look = nullptr;
+    for (const RoleLook& r : kRoles)
+        if (role == QLatin1String(r.name))
+            look = &r;
+    if (!look)
+        return;
+    setText(widget, look->pixelSize, look->weight, look->colour ? QColor(look->colour) : QColor(),
+            look->italic);
+    if (std::strcmp(look->name, "pageTitle") == 0) {
+        setFill(widget, accent());
+        widget->setContentsMargins(19, 8, 14, 8);
+    } else if (std::strcmp(look->name, "notice") == 0) {
+        widget->setContentsMargins(12, 12, 12, 12);
+        const Box box{QColor(0xff, 0xf4, 0xe5), QColor(0xf0, 0xc2, 0x7b), 1, 6};
+        if (auto* label = qobject_cast<BoxLabel*>(widget))
+            label->setBox(box);
+        else
+            setFill(widget, box.fill);
     }
-    if (!value.isEmpty())
-        kept += key + QLatin1String(": ") + value + u';';
-    field->setStyleSheet(kept);
+}
+
+void Look::setText(QWidget* widget, int pixelSize, QFont::Weight weight, const QColor& colour,
+                   bool italic) {
+    if (!widget)
+        return;
+    QFont font = widget->font();
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    font.setItalic(italic);
+    widget->setFont(font);
+    if (colour.isValid()) {
+        QPalette p = widget->palette();
+        p.setColor(QPalette::WindowText, colour);
+        p.setColor(QPalette::Text, colour);
+        widget->setPalette(p);
+    }
+}
+
+void Look::setFill(QWidget* widget, const QColor& colour) {
+    if (!widget)
+        return;
+    QPalette p = widget->palette();
+    p.setColor(QPalette::Window, colour);
+    widget->setPalette(p);
+    widget->setAutoFillBackground(true);
+}
+
+void Look::setButtonColours(QWidget* button, const QColor& fill, const QColor& text,
+                            const QColor& hover, const QColor& border) {
+    if (!button)
+        return;
+    QPalette p = button->palette();
+    p.setColor(QPalette::Button, fill);
+    p.setColor(QPalette::ButtonText, text);
+    p.setColor(QPalette::Light, hover);
+    p.setColor(QPalette::Mid, border.isValid() ? border : fill);
+    p.setColor(QPalette::Disabled, QPalette::Button, QColor(0xec, 0xef, 0xf1));
+    p.setColor(QPalette::Disabled, QPalette::Mid, line());
+    p.setColor(QPalette::Disabled, QPalette::ButtonText, softInk());
+    button->setPalette(p);
+}
+
+namespace {
+
+// A field's look before its first mark: whether it had a palette of its
+// own, that palette, and whether it filled its background.
+const char* const kPlain = "lookPlain";
+
+void keepPlain(QWidget* field) {
+    if (field->property(kPlain).isValid())
+        return;
+    field->setProperty(kPlain,
+                       QVariantList{field->testAttribute(Qt::WA_SetPalette),
+                                    QVariant(field->palette()), field->autoFillBackground()});
+}
+
+void restorePlain(QWidget* field) {
+    const QVariantList plain = field->property(kPlain).toList();
+    if (plain.size() != 3)
+        return;
+    field->setPalette(plain[0].toBool() ? plain[1].value<QPalette>() : QPalette());
+    field->setAutoFillBackground(plain[2].toBool());
+    field->setProperty(kPlain, QVariant());
 }
 
 } // namespace
@@ -73,22 +221,44 @@ void setRule(QWidget* field, QLatin1String key, const QString& value) {
 void Look::setBackground(QWidget* field, const QColor& colour) {
     if (!field)
         return;
-    setRule(field, QLatin1String("background-color"), colour.name());
     field->setProperty("markColour", colour);
+    if (auto* box = qobject_cast<BoxLabel*>(field)) {
+        box->setMark(colour);
+        return;
+    }
+    keepPlain(field);
+    QPalette p = field->palette();
+    if (qobject_cast<QLineEdit*>(field)) {
+        p.setColor(QPalette::Base, colour);
+        // Black reads best on the bright mark colours, also in a field
+        // that the check has disabled.
+        p.setColor(QPalette::Text, Qt::black);
+    } else {
+        p.setColor(QPalette::Window, colour);
+        // An option button's mark is painted rounded by LabStyle.
+        if (!qobject_cast<QAbstractButton*>(field))
+            field->setAutoFillBackground(true);
+    }
+    field->setPalette(p);
 }
 
 void Look::setTextColour(QWidget* field, const QColor& colour) {
     if (!field)
         return;
-    setRule(field, QLatin1String("color"), colour.name());
     field->setProperty("markTextColour", colour);
+    keepPlain(field);
+    QPalette p = field->palette();
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        p.setColor(role, colour);
+    field->setPalette(p);
 }
 
 void Look::clearMarks(QWidget* field) {
     if (!field)
         return;
-    setRule(field, QLatin1String("background-color"), QString());
-    setRule(field, QLatin1String("color"), QString());
+    if (auto* box = qobject_cast<BoxLabel*>(field))
+        box->setMark(QColor());
+    restorePlain(field);
     field->setProperty("markColour", QVariant());
     field->setProperty("markTextColour", QVariant());
 }

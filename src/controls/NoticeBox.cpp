@@ -1,5 +1,7 @@
 #include "controls/NoticeBox.h"
 
+#include "controls/Look.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -20,7 +22,7 @@ NoticeBox::NoticeBox(QWidget* parent, const QString& text, const QString& title,
     m_text->setWordWrap(true);
     m_text->setTextFormat(Qt::PlainText);
     m_text->setMinimumWidth(320);
-    m_text->setStyleSheet(QStringLiteral("font-size: 15px;"));
+    Look::setText(m_text, 15);
     layout->addWidget(m_text);
 
     auto* row = new QHBoxLayout;

@@ -14,7 +14,9 @@ TermInput::TermInput(const QString& fieldName, QWidget* parent) : QWidget(parent
     m_edit->setObjectName(fieldName);
     row->addWidget(m_edit, 1);
     m_preview = new FormulaLabel(this);
-    m_preview->setStyleSheet(QStringLiteral("color: %1;").arg(Look::accentDark().name()));
+    QPalette preview = m_preview->palette();
+    preview.setColor(QPalette::WindowText, Look::accentDark());
+    m_preview->setPalette(preview);
     m_preview->setToolTip(QStringLiteral("So liest sich deine Formel"));
     m_preview->setFixedWidth(100);
     // Keeps its width while empty, so the field does not jump when the

@@ -1,7 +1,9 @@
 #include "pages/ComprehensionPage.h"
 
 #include "chem/FormulaText.h"
+#include "controls/BoxLabel.h"
 #include "controls/Look.h"
+#include "controls/RoundPanel.h"
 #include "pages/Marking.h"
 #include "session/CandidateRecords.h"
 #include "session/TestFlow.h"
@@ -49,21 +51,22 @@ ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
     g->setColumnStretch(0, 1);
     g->setVerticalSpacing(8);
     for (int k = 0; k < kQuestions; ++k) {
-        QLabel* statement = makeNamed(QStringLiteral("AnzS6(%1)").arg(k), "prompt");
+        // A right/wrong mark fills a rounded box behind the statement.
+        auto* statement = new BoxLabel(QString(), this);
+        statement->setObjectName(QStringLiteral("AnzS6(%1)").arg(k));
+        Look::setRole(statement, QStringLiteral("prompt"));
+        statement->setBox({QColor(), QColor(), 0, 4});
+        statement->setContentsMargins(8, 2, 8, 2);
         statement->setTextFormat(Qt::RichText);
         statement->setWordWrap(true);
         statement->setMinimumHeight(44);
-        statement->setStyleSheet(QStringLiteral("padding: 2px 8px; border-radius: 4px;"));
         m_statements[k] = statement;
         g->addWidget(statement, k, 0);
 
         // Each pair sits on a panel of its own, mid grey so that the chosen
         // word (black) stands out and the other one (yellow) stays readable.
-        auto* panel = new QWidget(this);
+        auto* panel = new RoundPanel({QColor(0x78, 0x90, 0x9c), QColor(), 0, 6}, this);
         panel->setObjectName(QStringLiteral("JaNeinPanel(%1)").arg(k));
-        panel->setAttribute(Qt::WA_StyledBackground, true);
-        panel->setStyleSheet(
-            QStringLiteral(".QWidget { background-color: #78909c; border-radius: 6px; }"));
         panel->setFixedWidth(176);
         auto* row = new QHBoxLayout(panel);
         row->setContentsMargins(12, 6, 12, 6);
@@ -79,7 +82,7 @@ ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
             auto* word =
                 new QLabel(side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"), panel);
             word->setObjectName(QStringLiteral("AA(%1)").arg(i));
-            word->setStyleSheet(QStringLiteral("font-size: 15px; font-weight: 700;"));
+            Look::setText(word, 15, QFont::Bold);
             word->installEventFilter(new WordClick(word, choice));
             m_words[i] = word;
             row->addWidget(choice);

@@ -30,8 +30,6 @@ EquationPage::EquationPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 9, 
     g->setVerticalSpacing(12);
     g->setColumnStretch(1, 1);
 
-    const QString correctionStyle = QStringLiteral("color: %1; font-size: 14px; font-weight: 700;")
-                                        .arg(Look::paletteColour(4).name());
     auto sign = [&](const QString& text, const QString& name) {
         QLabel* l = name.isEmpty() ? makeLabel(text, "prompt") : makeNamed(name, "prompt");
         l->setText(text);
@@ -70,7 +68,7 @@ EquationPage::EquationPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 9, 
             row->addWidget(m_texts[i], 0, column + 1);
 
             m_corrections[i] = makeNamed(QStringLiteral("Einsetz2(%1)").arg(i));
-            m_corrections[i]->setStyleSheet(correctionStyle);
+            Look::setText(m_corrections[i], 14, QFont::Bold, Look::paletteColour(4));
             m_corrections[i]->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
             m_corrections[i]->setToolTip(QStringLiteral("richtiger Koeffizient"));
             m_corrections[i]->hide();

@@ -1,5 +1,6 @@
 #include "pages/IonChargePage.h"
 
+#include "controls/BoxLabel.h"
 #include "controls/Look.h"
 #include "pages/Marking.h"
 #include "session/TestFlow.h"
@@ -14,14 +15,6 @@
 #include <cmath>
 #include <cstdint>
 
-namespace {
-// A new style sheet lays the page out again; only marked fields need one.
-void clearMarksOf(QWidget* w) {
-    if (w->property("markColour").isValid() || w->property("markTextColour").isValid())
-        Look::clearMarks(w);
-}
-} // namespace
-
 IonChargePage::IonChargePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 5, 5, parent) {
     setHeading(QStringLiteral(" 4 Bevorzugte Ladungszahl der Ionen"),
                QStringLiteral("Entsprechendes Periodensystem mit [Strg]+F1] oder [Strg]+F2]"));
@@ -31,8 +24,14 @@ IonChargePage::IonChargePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 5
     g->setVerticalSpacing(30);
     QList<QWidget*> buttons;
     for (int k = 0; k < kIons; ++k) {
-        m_names[k] = makeNamed(QStringLiteral("AnzS5(%1)").arg(k), "prompt");
-        m_names[k]->setStyleSheet(QStringLiteral("padding: 6px 10px; border-radius: 4px;"));
+        // A wrong answer marks the ion's name on a rounded box.
+        auto* name = new BoxLabel(QString(), this);
+        name->setObjectName(QStringLiteral("AnzS5(%1)").arg(k));
+        name->setTextFormat(Qt::PlainText);
+        Look::setRole(name, QStringLiteral("prompt"));
+        name->setBox({QColor(), QColor(), 0, 4});
+        name->setContentsMargins(10, 6, 10, 6);
+        m_names[k] = name;
         // Each row is a panel of its own with its own exclusive group, so
         // that every ion keeps exactly one choice.
         auto* panel = new QWidget(this);
@@ -47,8 +46,9 @@ IonChargePage::IonChargePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 5
             auto* b = new QRadioButton(caption(c), panel);
             b->setObjectName(QStringLiteral("ChooseS5_1(%1)").arg(i));
             b->setMinimumWidth(62);
-            b->setStyleSheet(QStringLiteral("font-size: 15px; padding: 5px 8px; "
-                                            "border-radius: 4px;"));
+            Look::setText(b, 15);
+            // Padding around the button, so that a mark reads as a box.
+            b->setContentsMargins(8, 5, 8, 5);
             m_groups[k]->addButton(b, i);
             row->addWidget(b);
             m_buttons[i] = b;
@@ -116,10 +116,10 @@ IonChargePage::Draw IonChargePage::drawFor(const TaskBank& bank, const QList<int
 void IonChargePage::reset() {
     for (int k = 0; k < kIons; ++k) {
         m_names[k]->clear();
-        clearMarksOf(m_names[k]);
+        Look::clearMarks(m_names[k]);
     }
     for (QRadioButton* b : m_buttons)
-        clearMarksOf(b);
+        Look::clearMarks(b);
     // Every row starts at "-3": an untouched row answers -3.
     for (int k = 0; k < kIons; ++k)
         m_buttons[kCharges * k]->setChecked(true);

@@ -1,5 +1,7 @@
 #include "pages/StartPage.h"
 
+#include "controls/BoxLabel.h"
+#include "controls/Look.h"
 #include "controls/MelodyPlayer.h"
 #include "controls/NoticeBox.h"
 #include "session/CandidateRecords.h"
@@ -24,15 +26,13 @@
 StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QLabel* streberMarker)
     : QWidget(parent), m_flow(flow), m_info(info), m_streber(streberMarker) {
     setObjectName(QStringLiteral("Seite(0)"));
-    setProperty("taskPage", true);
-    setAttribute(Qt::WA_StyledBackground, true);
     setAutoFillBackground(true);
 
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->setSpacing(0);
     auto* title = new QLabel(QStringLiteral("Willkommen zum Laborix-Test"), this);
-    title->setProperty("role", QStringLiteral("pageTitle"));
+    Look::setRole(title, QStringLiteral("pageTitle"));
     outer->addWidget(title);
 
     auto* body = new QGridLayout;
@@ -44,11 +44,11 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     auto* hint = new QLabel(QStringLiteral("Gib Deinen Namen ein oder wähle ihn aus der Liste, "
                                            "wähle die Stufe und starte den Test."),
                             this);
-    hint->setProperty("role", QStringLiteral("hint"));
+    Look::setRole(hint, QStringLiteral("hint"));
     body->addWidget(hint, 0, 0, 1, 2);
 
     auto* nameCaption = new QLabel(QStringLiteral("Dein &Name:"), this);
-    nameCaption->setProperty("role", QStringLiteral("groupTitle"));
+    Look::setRole(nameCaption, QStringLiteral("groupTitle"));
     body->addWidget(nameCaption, 1, 0);
     m_name = new QLineEdit(this);
     m_name->setObjectName(QStringLiteral("BenutzerName"));
@@ -59,13 +59,12 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
 
     auto* listCaption =
         new QLabel(QStringLiteral("Frühere &Kandidaten (Doppelklick übernimmt):"), this);
-    listCaption->setProperty("role", QStringLiteral("groupTitle"));
+    Look::setRole(listCaption, QStringLiteral("groupTitle"));
     body->addWidget(listCaption, 3, 0);
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("Liste"));
-    m_list->setStyleSheet(
-        QStringLiteral("QListWidget { border: 1px solid #b0bec5; border-radius: 4px; "
-                       "font-size: 14px; } QListWidget::item { padding: 3px 4px; }"));
+    Look::setText(m_list, 14);
+    m_list->setSpacing(2);
     listCaption->setBuddy(m_list);
     body->addWidget(m_list, 4, 0, 3, 1);
     m_delete = new QPushButton(QStringLiteral("Name &löschen"), this);
@@ -73,7 +72,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     body->addWidget(m_delete, 7, 0, Qt::AlignLeft);
 
     auto* levelCaption = new QLabel(QStringLiteral("Schwierigkeitsgrad:"), this);
-    levelCaption->setProperty("role", QStringLiteral("groupTitle"));
+    Look::setRole(levelCaption, QStringLiteral("groupTitle"));
     body->addWidget(levelCaption, 1, 1);
     auto* group = new QButtonGroup(this);
     const QString levels[2] = {QStringLiteral("Nomale(r) Schüler(in)"),
@@ -81,7 +80,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     for (int i = 0; i < 2; ++i) {
         m_level[i] = new QRadioButton(levels[i], this);
         m_level[i]->setObjectName(QStringLiteral("Expert(%1)").arg(i));
-        m_level[i]->setStyleSheet(QStringLiteral("font-size: 14px;"));
+        Look::setText(m_level[i], 14);
         group->addButton(m_level[i], i);
         body->addWidget(m_level[i], 2 + i, 1);
         connect(m_level[i], &QRadioButton::clicked, this, [this, i] { Expert_Click(i); });
@@ -94,15 +93,15 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
         this);
     melodyCaption->setObjectName(QStringLiteral("HYMNE_Caption"));
     melodyCaption->setWordWrap(true);
-    melodyCaption->setProperty("role", QStringLiteral("hint"));
+    Look::setRole(melodyCaption, QStringLiteral("hint"));
     body->addWidget(melodyCaption, 4, 1);
     m_melody = new QComboBox(this);
     m_melody->setObjectName(QStringLiteral("HYMNE"));
     m_melody->addItems(MelodyPlayer::melodyNames());
-    m_melody->setStyleSheet(QStringLiteral("font-size: 14px; padding: 3px 6px;"));
+    Look::setText(m_melody, 14);
     body->addWidget(m_melody, 5, 1, Qt::AlignTop);
 
-    auto* about = new QLabel(
+    auto* about = new BoxLabel(
         QStringLiteral("So läuft der Test: Zehn Aufgabenseiten – von Elementsymbolen bis zu "
                        "Verständnisfragen – werden zufällig gezogen. Jede Seite wird mit „OK“ "
                        "einmal geprüft: Richtiges wird grün, Falsches rot markiert und berichtigt. "
@@ -112,9 +111,13 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
         this);
     about->setObjectName(QStringLiteral("StartInfo"));
     about->setWordWrap(true);
-    about->setStyleSheet(
-        QStringLiteral("QLabel#StartInfo { background: #eef6f7; border-left: 4px solid "
-                       "#1b7f8c; padding: 10px 12px; font-size: 13px; color: #37474f; }"));
+    Look::Box stripe;
+    stripe.fill = QColor(0xee, 0xf6, 0xf7);
+    stripe.border = Look::accent();
+    stripe.stripe = 4;
+    about->setBox(stripe);
+    about->setContentsMargins(20, 10, 12, 10);
+    Look::setText(about, 13, QFont::Normal, QColor(0x37, 0x47, 0x4f));
     body->addWidget(about, 6, 1, Qt::AlignTop);
 
     m_start = new QPushButton(QStringLiteral("Test &starten"), this);

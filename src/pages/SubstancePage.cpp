@@ -55,8 +55,6 @@ SubstancePage::SubstancePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 1
     addGroup(5, QStringLiteral(" 3 Namen der Stoffe"),
              QStringLiteral("(Groß- / Kleinschreibung!)"));
 
-    const QString correctionStyle = QStringLiteral("color: %1; font-size: 15px; font-weight: 600;")
-                                        .arg(Look::paletteColour(4).name());
     for (int i = 0; i < kQuestions; ++i) {
         const int row = gridRow(i);
         m_names[i] = makeNamed(QStringLiteral("Substanz(%1)").arg(i), "prompt");
@@ -83,7 +81,7 @@ SubstancePage::SubstancePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 1
         } else {
             m_corrections[i] = makeNamed(QStringLiteral("lab_SubCorrect(%1)").arg(i));
         }
-        m_corrections[i]->setStyleSheet(correctionStyle);
+        Look::setText(m_corrections[i], 15, QFont::DemiBold, Look::paletteColour(4));
         m_corrections[i]->setMaximumWidth(260);
         m_corrections[i]->hide();
         m_rightIs[i] = makeLabel(QStringLiteral("richtig:"), "hint");
@@ -91,8 +89,7 @@ SubstancePage::SubstancePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 1
 
         m_titles[i] = new IonMakeupLabel(this);
         m_titles[i]->setObjectName(QStringLiteral("lab_SubsTermTitle(%1)").arg(i));
-        m_titles[i]->setStyleSheet(
-            QStringLiteral("color: %1; font-size: 15px;").arg(Look::accentDark().name()));
+        Look::setText(m_titles[i], 15, QFont::Normal, Look::accentDark());
         m_titles[i]->hide();
 
         // The correction and the ions follow each other in one cell, so

@@ -1,6 +1,7 @@
 #include "pages/TaskPage.h"
 
 #include "aids/ExpertLimits.h"
+#include "controls/BoxLabel.h"
 #include "controls/Look.h"
 #include "pages/Marking.h"
 #include "session/TestFlow.h"
@@ -41,8 +42,6 @@ private:
 TaskPage::TaskPage(TestFlow& flow, int pageNumber, int buttonNumber, QWidget* parent)
     : FlowPage(pageNumber, parent), m_flow(flow), m_buttonNumber(buttonNumber) {
     setObjectName(QStringLiteral("Seite(%1)").arg(pageNumber));
-    setProperty("taskPage", true);
-    setAttribute(Qt::WA_StyledBackground, true);
     setAutoFillBackground(true);
 
     auto* outer = new QVBoxLayout(this);
@@ -65,7 +64,11 @@ TaskPage::TaskPage(TestFlow& flow, int pageNumber, int buttonNumber, QWidget* pa
     m_grid->setVerticalSpacing(10);
     inner->addWidget(m_body);
 
-    m_notice = makeLabel(QString(), "notice");
+    // The notice sits on a rounded box of its own.
+    auto* notice = new BoxLabel(QString(), this);
+    notice->setTextFormat(Qt::PlainText);
+    Look::setRole(notice, QStringLiteral("notice"));
+    m_notice = notice;
     m_notice->setWordWrap(true);
     m_notice->setObjectName(QStringLiteral("BankNotice(%1)").arg(pageNumber));
     m_notice->hide();
@@ -110,7 +113,7 @@ QLabel* TaskPage::makeLabel(const QString& text, const char* role) {
     auto* label = new QLabel(text, this);
     label->setTextFormat(Qt::PlainText);
     if (role)
-        label->setProperty("role", QString::fromLatin1(role));
+        Look::setRole(label, QString::fromLatin1(role));
     return label;
 }
 

@@ -50,8 +50,6 @@ TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, paren
         m_corrections[k] = makeNamed(QStringLiteral("RichtigVon(%1)").arg(k), "correction");
         m_corrections[k]->setParent(slot);
         m_corrections[k]->setGeometry(0, 0, kCorrectionWidth, kCorrectionHeight);
-        m_corrections[k]->setStyleSheet(
-            QStringLiteral("color: #125c66; font-size: 14px; font-weight: 600;"));
         m_corrections[k]->hide();
         column->addWidget(m_definitions[k]);
         column->addWidget(slot);

@@ -4,6 +4,7 @@
 #include "controls/Mascot.h"
 #include "controls/MelodyPlayer.h"
 #include "controls/NoticeBox.h"
+#include "controls/RoundPanel.h"
 #include "result/CertificateArt.h"
 #include "result/CertificatePrinter.h"
 #include "result/NameLabel.h"
@@ -22,34 +23,11 @@
 
 namespace {
 
-const char* const kSheet = R"(
-QDialog#frm_AppResult { background: #263238; }
-QFrame#Dahinter { background: #fffdf6; border: 3px solid #1b7f8c; border-radius: 10px; }
-QWidget#FrameTitleBar { background: #1b7f8c; border-top-left-radius: 7px;
-    border-top-right-radius: 7px; }
-QLabel#FrameTitleText { color: #ffffff; font-size: 19px; font-weight: 700; letter-spacing: 2px; }
-QLabel#FrameTitleNote { color: #d7eef0; font-size: 13px; }
-QLabel[role="certCaption"] { color: #607d8b; font-size: 15px; }
-QLabel[role="certLine"] { color: #263238; font-size: 17px; }
-QLabel[role="certSmall"] { color: #37474f; font-size: 15px; }
-QLabel#Textname { color: #263238; font-size: 32px; font-weight: 700; }
-QLabel[role="certGrade"] { color: #125c66; font-size: 34px; font-weight: 800; }
-QLabel[role="certTitle"] { color: #a87a12; font-size: 30px; font-weight: 800; }
-QLabel#Label1 { color: #607d8b; font-size: 13px; font-style: italic; }
-QPushButton#Musik { background: #ffffff; border: 2px solid #c99a2e; border-radius: 10px;
-    min-width: 0px; padding: 0px; }
-QPushButton#Musik:hover { background: #fff8e1; }
-QPushButton#Musik:focus { border: 2px solid #f9a825; background: #fff8e1; }
-QFrame#Neute { background: #eef6f7; border: 1px solid #b2dfdb; border-radius: 6px; }
-QFrame#Neute QLabel { color: #125c66; font-size: 16px; font-weight: 700; }
-QFrame#Neute QPushButton { min-width: 64px; }
-)";
-
 QLabel* certLabel(QWidget* parent, const QString& name, const QString& text, const char* role) {
     auto* label = new QLabel(text, parent);
     label->setObjectName(name);
     label->setTextFormat(Qt::PlainText);
-    label->setProperty("role", QString::fromLatin1(role));
+    Look::setRole(label, QString::fromLatin1(role));
     return label;
 }
 
@@ -60,7 +38,7 @@ AppResult::AppResult(SessionState& state, const FinalResult& result, int melody,
     setObjectName(QStringLiteral("frm_AppResult"));
     setWindowTitle(QStringLiteral("Laborix-Test - Ergebnis"));
     setModal(true);
-    setStyleSheet(QString::fromLatin1(kSheet));
+    Look::setFill(this, Look::slate());
     setMinimumSize(320, 240);
     buildCertificate();
     fillIn(result);
@@ -76,7 +54,7 @@ AppResult::AppResult(SessionState& state, const FinalResult& result, int melody,
 AppResult::~AppResult() = default;
 
 void AppResult::buildCertificate() {
-    m_frame = new QFrame(this);
+    m_frame = new RoundPanel({QColor(0xff, 0xfd, 0xf6), Look::accent(), 3, 10}, this);
     m_frame->setObjectName(QStringLiteral("Dahinter"));
     // The frame's own caption, kept as the control has it; the strip on the
     // certificate says what the page is.
@@ -86,9 +64,10 @@ void AppResult::buildCertificate() {
     outer->setContentsMargins(3, 3, 3, 3);
     outer->setSpacing(0);
 
-    auto* titleBar = new QWidget(m_frame);
+    Look::Box strip{Look::accent(), QColor(), 0, 7};
+    strip.topCornersOnly = true;
+    auto* titleBar = new RoundPanel(strip, m_frame);
     titleBar->setObjectName(QStringLiteral("FrameTitleBar"));
-    titleBar->setAttribute(Qt::WA_StyledBackground, true);
     titleBar->setFixedHeight(46);
     auto* titleRow = new QHBoxLayout(titleBar);
     titleRow->setContentsMargins(18, 6, 18, 6);
@@ -99,10 +78,15 @@ void AppResult::buildCertificate() {
     titleRow->addWidget(okSign);
     auto* titleText = new QLabel(QStringLiteral("URKUNDE"), titleBar);
     titleText->setObjectName(QStringLiteral("FrameTitleText"));
+    Look::setText(titleText, 19, QFont::Bold, Qt::white);
+    QFont spaced = titleText->font();
+    spaced.setLetterSpacing(QFont::AbsoluteSpacing, 2);
+    titleText->setFont(spaced);
     titleRow->addWidget(titleText);
     titleRow->addStretch(1);
     auto* titleNote = new QLabel(QStringLiteral("Laborix Test · Selbsttest Chemie"), titleBar);
     titleNote->setObjectName(QStringLiteral("FrameTitleNote"));
+    Look::setText(titleNote, 13, QFont::Normal, QColor(0xd7, 0xee, 0xf0));
     titleRow->addWidget(titleNote);
     outer->addWidget(titleBar);
 
@@ -121,6 +105,7 @@ void AppResult::buildCertificate() {
     auto* label1 =
         certLabel(m_frame, QStringLiteral("Label1"),
                   QStringLiteral("Dr. Quark - Freier Mitarbeiter des QV"), "certCaption");
+    Look::setText(label1, 13, QFont::Normal, Look::softInk(), true);
     label1->setWordWrap(true);
     label1->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     label1->setFixedWidth(180);
@@ -139,6 +124,7 @@ void AppResult::buildCertificate() {
                                "certCaption"));
     m_name = new NameLabel(m_frame);
     m_name->setObjectName(QStringLiteral("Textname"));
+    Look::setText(m_name, 32, QFont::Bold, Look::ink());
     m_name->setFixedHeight(86);
     m_name->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     right->addWidget(m_name);
@@ -171,6 +157,8 @@ void AppResult::buildCertificate() {
     m_musik->setIcon(CertificateArt::icon(CertificateArt::Kind::Loudspeaker, Look::accentDark()));
     m_musik->setIconSize(QSize(26, 26));
     m_musik->setFixedSize(44, 44);
+    Look::setButtonColours(m_musik, Qt::white, Look::accentDark(), QColor(0xff, 0xf8, 0xe1),
+                           QColor(0xc9, 0x9a, 0x2e));
     m_musik->setToolTip(QStringLiteral("Belobigungsmelodie abspielen"));
     m_musik->setAccessibleName(QStringLiteral("Belobigungsmelodie"));
     titleLine->addWidget(m_musik);
@@ -203,18 +191,21 @@ void AppResult::buildCertificate() {
     m_druck->setIconSize(QSize(20, 20));
     bottom->addWidget(m_druck, 0, Qt::AlignBottom);
     bottom->addStretch(1);
-    m_neute = new QFrame(m_frame);
+    m_neute = new RoundPanel({QColor(0xee, 0xf6, 0xf7), QColor(0xb2, 0xdf, 0xdb), 1, 6}, m_frame);
     m_neute->setObjectName(QStringLiteral("Neute"));
     auto* neuteRow = new QHBoxLayout(m_neute);
     neuteRow->setContentsMargins(16, 8, 10, 8);
     neuteRow->setSpacing(10);
     auto* question = new QLabel(QStringLiteral("Neue Übung?"), m_neute);
     question->setObjectName(QStringLiteral("NeuteText"));
+    Look::setText(question, 16, QFont::Bold, Look::accentDark());
     neuteRow->addWidget(question);
     auto* yes = new QPushButton(QStringLiteral("Ja"), m_neute);
     yes->setObjectName(QStringLiteral("CSCmd1"));
     auto* no = new QPushButton(QStringLiteral("Nein"), m_neute);
     no->setObjectName(QStringLiteral("CSCmd3"));
+    for (QPushButton* b : {yes, no})
+        b->setFixedWidth(100);
     neuteRow->addWidget(yes);
     neuteRow->addWidget(no);
     bottom->addWidget(m_neute);

@@ -105,7 +105,7 @@ struct Fixture : PageFixture<DefinitionPage> {
 class TestChoicePages : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { qApp->setStyleSheet(Look::styleSheet()); }
+    void initTestCase() { Look::install(); }
     void findsListItems_data();
     void findsListItems();
     void selectsListItems();
@@ -361,7 +361,7 @@ void TestChoicePages::definitionPage() {
     for (int i = 0; i < 3; ++i) {
         QVERIFY(!lists[i]->isEnabled());
         QCOMPARE(f.colour(lists[i]), i == 0 ? Look::right() : Look::wrong());
-        // The colour fills the list itself, under the program's style sheet.
+        // The colour fills the list itself, under the program's own style.
         QCOMPARE(shownBackground(lists[i]), i == 0 ? Look::right() : Look::wrong());
     }
     // The wrong choice keeps its place, marked by the arrow; the right one

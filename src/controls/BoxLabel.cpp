@@ -1,0 +1,23 @@
+#include "controls/BoxLabel.h"
+
+#include <QPainter>
+
+BoxLabel::BoxLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {}
+
+void BoxLabel::setBox(const Look::Box& box) {
+    m_box = box;
+    update();
+}
+
+void BoxLabel::setMark(const QColor& colour) {
+    m_mark = colour;
+    update();
+}
+
+void BoxLabel::paintEvent(QPaintEvent* event) {
+    if (m_mark.isValid() || m_box.fill.isValid() || m_box.borderWidth > 0) {
+        QPainter painter(this);
+        m_box.paint(painter, rect(), m_mark);
+    }
+    QLabel::paintEvent(event);
+}

@@ -104,7 +104,7 @@ QPushButton* CalculatorDialog::addKey(const QString& caption, const QString& ins
     key->setObjectName(QStringLiteral("Taste(%1)").arg(caption));
     key->setProperty("kind", QString::fromLatin1(kind));
     key->setFixedSize(60, 42);
-    Look::setText(key, 18, QFont::DemiBold);
+    Look::setText(key, 18, QFont::Bold);
     const QLatin1String k(kind);
     if (k == QLatin1String("digit"))
         Look::setButtonColours(key, Qt::white, Look::ink(), QColor(0xf5, 0xf7, 0xf8),

@@ -74,7 +74,7 @@ PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : RoundPanel(parent) {
     m_title = new QWidget(this);
     m_title->setObjectName(QStringLiteral("bar_PSETitle"));
     Look::setFill(m_title, Look::accentDark());
-    Look::setText(m_title, 14, QFont::DemiBold, Qt::white);
+    Look::setText(m_title, 14, QFont::Bold, Qt::white);
     m_title->setCursor(Qt::SizeAllCursor);
     m_title->installEventFilter(this);
     auto* row = new QHBoxLayout(m_title);

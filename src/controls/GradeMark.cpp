@@ -44,7 +44,7 @@ void GradeMark::paintEvent(QPaintEvent*) {
     p.setBrush(fill);
     p.drawEllipse(r);
     QFont f = font();
-    f.setPixelSize(m_text.size() > 1 ? 15 : 18);
+    f.setPixelSize(m_text.size() > 1 ? 15 : 17);
     f.setBold(true);
     p.setFont(f);
     p.setPen(Qt::white);

@@ -3,6 +3,7 @@
 #include "controls/Look.h"
 
 #include <QAbstractButton>
+#include <QIconEngine>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleOption>
@@ -51,6 +52,28 @@ void paintButton(const QStyleOptionButton& button, QPainter* painter) {
                              kButtonRadius - half, kButtonRadius - half);
     painter->restore();
 }
+
+// The "more" chevrons of a menu bar too narrow for its entries, drawn when
+// they are shown. Fusion's own comes from an image file, and reading it would
+// load the image plugins while the window is being built.
+class ChevronIcon final : public QIconEngine {
+public:
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(mode == QIcon::Disabled ? Look::fieldBorder() : Look::ink(), 1.5));
+        const QRectF r = QRectF(rect).adjusted(rect.width() * 0.25, rect.height() * 0.3,
+                                               -rect.width() * 0.25, -rect.height() * 0.3);
+        for (const qreal x : {r.left(), r.center().x()}) {
+            const qreal w = r.width() / 2;
+            painter->drawPolyline(
+                QPolygonF({QPointF(x, r.top()), QPointF(x + w * 0.8, r.center().y()),
+                           QPointF(x, r.bottom())}));
+        }
+        painter->restore();
+    }
+    QIconEngine* clone() const override { return new ChevronIcon; }
+};
 
 } // namespace
 
@@ -124,6 +147,13 @@ void LabStyle::drawComplexControl(ComplexControl control, const QStyleOptionComp
         }
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+QIcon LabStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
+                             const QWidget* widget) const {
+    if (icon == SP_ToolBarHorizontalExtensionButton)
+        return QIcon(new ChevronIcon);
+    return QProxyStyle::standardIcon(icon, option, widget);
 }
 
 QRect LabStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,

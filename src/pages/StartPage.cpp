@@ -63,7 +63,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     body->addWidget(listCaption, 3, 0);
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("Liste"));
-    Look::setText(m_list, 14);
+    Look::setText(m_list, 15);
     m_list->setSpacing(2);
     listCaption->setBuddy(m_list);
     body->addWidget(m_list, 4, 0, 3, 1);
@@ -80,7 +80,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     for (int i = 0; i < 2; ++i) {
         m_level[i] = new QRadioButton(levels[i], this);
         m_level[i]->setObjectName(QStringLiteral("Expert(%1)").arg(i));
-        Look::setText(m_level[i], 14);
+        Look::setText(m_level[i], 15);
         group->addButton(m_level[i], i);
         body->addWidget(m_level[i], 2 + i, 1);
         connect(m_level[i], &QRadioButton::clicked, this, [this, i] { Expert_Click(i); });
@@ -98,7 +98,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     m_melody = new QComboBox(this);
     m_melody->setObjectName(QStringLiteral("HYMNE"));
     m_melody->addItems(MelodyPlayer::melodyNames());
-    Look::setText(m_melody, 14);
+    Look::setText(m_melody, 15);
     body->addWidget(m_melody, 5, 1, Qt::AlignTop);
 
     auto* about = new BoxLabel(

@@ -81,7 +81,7 @@ SubstancePage::SubstancePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 1
         } else {
             m_corrections[i] = makeNamed(QStringLiteral("lab_SubCorrect(%1)").arg(i));
         }
-        Look::setText(m_corrections[i], 15, QFont::DemiBold, Look::paletteColour(4));
+        Look::setText(m_corrections[i], 15, QFont::Bold, Look::paletteColour(4));
         m_corrections[i]->setMaximumWidth(260);
         m_corrections[i]->hide();
         m_rightIs[i] = makeLabel(QStringLiteral("richtig:"), "hint");

@@ -28,11 +28,11 @@ void TestLook::roleGivesFont_data() {
     QTest::addColumn<int>("weight");
     QTest::addColumn<bool>("italic");
     QTest::addColumn<QColor>("colour");
-    dataRow("Seitentitel", QStringLiteral("pageTitle"), 17, int(QFont::DemiBold), false,
+    dataRow("Seitentitel", QStringLiteral("pageTitle"), 17, int(QFont::Bold), false,
             QColor(Qt::white));
-    dataRow("Gruppentitel", QStringLiteral("groupTitle"), 15, int(QFont::DemiBold), false,
+    dataRow("Gruppentitel", QStringLiteral("groupTitle"), 15, int(QFont::Bold), false,
             Look::accentDark());
-    dataRow("Hinweis", QStringLiteral("hint"), 12, int(QFont::Normal), true, Look::softInk());
+    dataRow("Hinweis", QStringLiteral("hint"), 12, int(QFont::Normal), false, Look::softInk());
     dataRow("Aufgabe", QStringLiteral("prompt"), 15, int(QFont::Normal), false, Look::ink());
     dataRow("Zähler", QStringLiteral("counter"), 14, int(QFont::Bold), false, QColor(Qt::white));
     dataRow("Note", QStringLiteral("certGrade"), 34, int(QFont::ExtraBold), false,

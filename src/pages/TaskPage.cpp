@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -35,6 +36,33 @@ protected:
 
 private:
     QWidget* m_target;
+};
+
+// Fields and corrections shown one at a time while a page is drawn or
+// judged would each lay the whole page out anew, rich-text formulas and
+// all. The page's layouts rest meanwhile and lay it out once at the end.
+class LayoutPause final {
+public:
+    explicit LayoutPause(QWidget* page) {
+        for (QLayout* layout : page->findChildren<QLayout*>()) {
+            // Only a widget's own layout acts; nested ones follow it.
+            if (layout->isEnabled() && qobject_cast<QWidget*>(layout->parent())) {
+                layout->setEnabled(false);
+                m_paused.append(layout);
+            }
+        }
+    }
+    ~LayoutPause() {
+        for (QLayout* layout : m_paused)
+            layout->setEnabled(true);
+        for (QLayout* layout : m_paused)
+            layout->activate();
+    }
+    LayoutPause(const LayoutPause&) = delete;
+    LayoutPause& operator=(const LayoutPause&) = delete;
+
+private:
+    QList<QPointer<QLayout>> m_paused;
 };
 
 } // namespace
@@ -194,6 +222,7 @@ QList<int> TaskPage::drawDistinct(TaskBank::Section section, int count, bool all
 }
 
 void TaskPage::generate() {
+    const LayoutPause pause(this);
     reset();
     for (QWidget* w : {static_cast<QWidget*>(m_ok), static_cast<QWidget*>(m_next)})
         w->setEnabled(true);
@@ -221,13 +250,17 @@ void TaskPage::check() {
         return;
     m_checked = true;
     Marking marking(state(), taskCount());
-    const bool praise = judge(marking);
+    bool praise = false;
+    {
+        const LayoutPause pause(this);
+        praise = judge(marking);
+        m_ok->hide();
+        m_next->show();
+    }
     if (praise) {
         m_flow.PlayJingle(QString::fromLatin1(TestFlow::kJingle));
         m_flow.ShowPraise(m_buttonNumber);
     }
-    m_ok->hide();
-    m_next->show();
     m_next->setFocus();
     m_flow.UpdateScore();
 }

@@ -31,6 +31,7 @@
 #include <QProcess>
 #include <QResizeEvent>
 #include <QScreen>
+#include <QTimer>
 
 AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     setObjectName(QStringLiteral("frm_AppMain"));
@@ -174,8 +175,8 @@ bool AppMain::formLoad(AppSplash* splash) {
     // 2. Pages, each with its button pair.
     m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
     m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });
-    // The task pages are built when the flow first shows them: the start
-    // page comes up without waiting for nine pages nobody sees yet.
+    // The task pages are built when the flow first needs them or after the
+    // start page is on screen: the start does not wait for nine pages.
     PageSet::createTaskPages(*m_flow, m_holder);
     m_startPage->setGeometry(0, 0, kHolderWidth, kHolderHeight);
     m_startPage->show();
@@ -299,7 +300,24 @@ void AppMain::closeEvent(QCloseEvent* event) {
 bool AppMain::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_central && event->type() == QEvent::Resize)
         Form_Resize();
+    // The start page is on screen once it has been painted; what it does
+    // not show is built after that, while the candidate types a name, so
+    // that each page is there when the test reaches it (and for tools that
+    // look for its controls).
+    if (watched == m_central && event->type() == QEvent::Paint && !m_restScheduled) {
+        m_restScheduled = true;
+        QTimer::singleShot(0, this, &AppMain::buildRestWhenIdle);
+    }
     return QMainWindow::eventFilter(watched, event);
+}
+
+void AppMain::buildRestWhenIdle() {
+    // One page at a time, so a key pressed meanwhile waits a page at most.
+    if (m_flow->buildNextPage()) {
+        QTimer::singleShot(0, this, &AppMain::buildRestWhenIdle);
+        return;
+    }
+    periodicTable();
 }
 
 void AppMain::Form_Resize() {

@@ -71,6 +71,9 @@ private:
     void buildBars();
     void Form_Resize();
     void startNewTest();
+    // After the first paint: the rest of the window, one piece per turn of
+    // the event loop.
+    void buildRestWhenIdle();
     // The end of a test: the result form, then the new-test command.
     void showResult();
 
@@ -88,4 +91,5 @@ private:
     std::function<void()> m_exiter;
     std::function<void(AppResult*)> m_resultHook;
     bool m_quitting = false;
+    bool m_restScheduled = false;
 };

@@ -15,7 +15,8 @@
 #include <QWidget>
 
 void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
-    // Each page is built when the flow first needs it.
+    // Each page is built when the flow first needs it or when the main
+    // window has time after showing the start page, whichever comes first.
     auto place = [&flow, holder](int number, auto make) {
         flow.addPageFactory(number, [&flow, holder, make]() -> FlowPage* {
             TaskPage* page = make(flow, holder);

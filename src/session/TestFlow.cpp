@@ -77,6 +77,22 @@ void TestFlow::buildAllPages() {
         flowPage(it.key());
 }
 
+bool TestFlow::buildNextPage() {
+    for (int page = nextPageAfter(0); page > 0; page = nextPageAfter(page)) {
+        if (m_factories.contains(page) && !m_pages.value(page)) {
+            flowPage(page);
+            return true;
+        }
+    }
+    for (auto it = m_factories.cbegin(); it != m_factories.cend(); ++it) {
+        if (!m_pages.value(it.key())) {
+            flowPage(it.key());
+            return true;
+        }
+    }
+    return false;
+}
+
 QWidget* TestFlow::pageWidget(int number) const {
     if (number == 0)
         return m_startPage;

@@ -55,9 +55,11 @@ public:
     // A page made only when it is first needed (shown, drawn or looked up):
     // the start page comes up without building the nine task pages.
     void addPageFactory(int number, std::function<FlowPage*()> make);
-    // Builds every page not built yet; the main window calls it once the
-    // start page is on screen, while the candidate types a name.
+    // Builds every page not built yet.
     void buildAllPages();
+    // Builds the next page in the order of a test that is not built yet;
+    // false when there is none left.
+    bool buildNextPage();
     QWidget* pageWidget(int number) const;
     FlowPage* flowPage(int number) const;
     // The page as the kind of page its caller knows (pages/TaskPage by

@@ -4,6 +4,8 @@
 // files and task banks as a teacher's editor would, and a task page with its
 // flow and score board.
 
+#include "app/AppMain.h"
+#include "app/StartUp.h"
 #include "chem/LegacyText.h"
 #include "controls/GradeMark.h"
 #include "controls/PraisePanel.h"
@@ -17,9 +19,12 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QProcess>
 #include <QPushButton>
+#include <QSet>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 #include <functional>
@@ -196,6 +201,38 @@ inline QStringList syntheticBank(int basic, int extra) {
     return out;
 }
 
+// The program's main windows on a data folder of their own (the shipped
+// files are seeded into it), sliding at once; a new test or the end are
+// only pretended. The windows go before the folder does.
+struct AppRun {
+    QTemporaryDir dir;
+    QList<QPointer<AppMain>> windows;
+
+    AppRun() { qputenv("LABQUIZ_DATA", dir.path().toLocal8Bit()); }
+    ~AppRun() { qDeleteAll(windows); }
+    AppMain* start(const QStringList& args = {QStringLiteral("labquiz")}) {
+        auto* main = qobject_cast<AppMain*>(StartUp(args));
+        if (main) {
+            windows << main;
+            main->flow().setSlideStepMs(0);
+            main->setLauncher([](const QString&, const QStringList&) { return true; });
+            main->setExiter([] {});
+        }
+        return main;
+    }
+    QString file(const QString& name) const { return dir.filePath(name); }
+};
+
+template <class W = QWidget> W* child(const QObject* parent, const QString& name) {
+    return parent->findChild<W*>(name);
+}
+
+// Types the name on the start page and presses its start button.
+inline void startTest(AppMain* main, const QString& name) {
+    child<QLineEdit>(main, QStringLiteral("BenutzerName"))->setText(name);
+    child<QPushButton>(main, QStringLiteral("OkS0"))->click();
+}
+
 // A task page in a card of its own with the flow, score board and praise
 // panel of the main window; further pages may be added beside it.
 template <class Page> struct PageFixture {
@@ -233,6 +270,17 @@ template <class Page> struct PageFixture {
             values << (k + 0.5) / (max + 1);
         flow.setRandomSource(std::make_unique<FixedRandomSource>(values));
         flow.ShowPage(number);
+    }
+    // The first `answers` drawn answers of `rounds` draws of page `number`.
+    QSet<QString> drawnOver(int number, int level, int answers, int rounds = 30) {
+        QSet<QString> seen;
+        state().ExpertLevel = level;
+        for (int r = 0; r < rounds; ++r) {
+            flow.ShowPage(number);
+            for (int i = 0; i < answers; ++i)
+                seen << state().DrawnAnswers[i];
+        }
+        return seen;
     }
     // Types the answers, checks, and returns how many the page counted right.
     int check(const QString& field, const QStringList& answers) {

@@ -3,11 +3,8 @@
 #include "TestSupport.h"
 #include "aids/ExpertLimits.h"
 #include "aids/PeriodicTablePanel.h"
-#include "app/AppMain.h"
-#include "app/StartUp.h"
 
 #include <QAction>
-#include <QTemporaryDir>
 
 using Aid = ExpertLimits::Aid;
 Q_DECLARE_METATYPE(ExpertLimits::Aid)
@@ -60,12 +57,11 @@ void TestExpertLimits::decidesEachAid() {
 }
 
 void TestExpertLimits::menusAskTheLevel() {
-    QTemporaryDir dir;
-    qputenv("LABQUIZ_DATA", dir.path().toLocal8Bit());
-    std::unique_ptr<AppMain> main(qobject_cast<AppMain*>(StartUp({QStringLiteral("labquiz")})));
+    AppRun app;
+    AppMain* main = app.start();
     QVERIFY(main);
-    auto* calc = main->findChild<QAction*>(QStringLiteral("mnu_HelpCalc"));
-    auto* table = main->findChild<QAction*>(QStringLiteral("M_H_P2"));
+    auto* calc = child<QAction>(main, "mnu_HelpCalc");
+    auto* table = child<QAction>(main, "M_H_P2");
     // The menus ask for their own aid: the rows above give the words.
     for (int level : {0, 1}) {
         main->flow().state().ExpertLevel = level;

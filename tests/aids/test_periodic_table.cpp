@@ -1,14 +1,8 @@
+#include "TestSupport.h"
 #include "aids/PeriodicTablePanel.h"
-#include "app/AppMain.h"
-#include "app/StartUp.h"
 #include "controls/PeriodicTableView.h"
-#include "session/TestFlow.h"
 
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTemporaryDir>
 #include <QToolButton>
-#include <QtTest>
 #include <set>
 
 class TestPeriodicTable : public QObject {
@@ -23,24 +17,20 @@ private Q_SLOTS:
     void legendExplainsEveryColourInUse();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
-    QPointer<AppMain> m_main;
+    std::unique_ptr<AppRun> m_app;
+    AppMain* m_main = nullptr;
     PeriodicTablePanel* panel() const { return m_main->periodicTable(); }
 };
 
 void TestPeriodicTable::init() {
-    m_dir = std::make_unique<QTemporaryDir>();
-    qputenv("LABQUIZ_DATA", m_dir->path().toLocal8Bit());
-    m_main = qobject_cast<AppMain*>(StartUp({QStringLiteral("labquiz")}));
-    QVERIFY(m_main);
-    m_main->flow().setSlideStepMs(0);
+    m_app = std::make_unique<AppRun>();
+    QVERIFY((m_main = m_app->start()));
     m_main->resize(1200, 900);
     QCoreApplication::processEvents();
 }
 
 void TestPeriodicTable::cleanup() {
-    delete m_main.data();
-    m_dir.reset();
+    m_app.reset();
 }
 
 void TestPeriodicTable::placesEveryElementInItsOwnCell() {
@@ -107,8 +97,7 @@ void TestPeriodicTable::dragStaysWithinReach() {
 void TestPeriodicTable::pageChangeRemembersWhereItWas() {
     m_main->M_H_P2_Click();
     panel()->move(30, 40);
-    m_main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"))->setText(QStringLiteral("Anna"));
-    m_main->findChild<QPushButton*>(QStringLiteral("OkS0"))->click(); // slides page 1 in
+    startTest(m_main, QStringLiteral("Anna")); // slides page 1 in
     QVERIFY(!panel()->isVisible());
     QCOMPARE(panel()->panelHome(), QPoint(30, 40));
     m_main->M_H_P2_Click();

@@ -7,13 +7,10 @@
 
 #include <QAction>
 #include <QRadioButton>
-#include <QTemporaryDir>
 
 class TestApp : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void startsOnShippedBankWithMenusAndPages();
     void refusesSecondInstanceUnlessNew();
     void formsTheSuccessorCommand();
@@ -25,53 +22,17 @@ private Q_SLOTS:
     void resizeKeepsCardCentred();
     void showsInfo();
     void enterPressesFocusedButtons();
-
-private:
-    AppMain* start(const QStringList& args = {QStringLiteral("labquiz")});
-    void startTest(AppMain* main, const QString& name);
-
-    std::unique_ptr<QTemporaryDir> m_dir;
-    QList<QPointer<QWidget>> m_windows;
 };
 
-void TestApp::init() {
-    m_dir = std::make_unique<QTemporaryDir>();
-    qputenv("LABQUIZ_DATA", m_dir->path().toLocal8Bit());
-}
-
-void TestApp::cleanup() {
-    for (const QPointer<QWidget>& w : m_windows)
-        delete w.data();
-    m_windows.clear();
-    m_dir.reset();
-}
-
-AppMain* TestApp::start(const QStringList& args) {
-    auto* main = qobject_cast<AppMain*>(StartUp(args));
-    if (main) {
-        m_windows << main;
-        main->flow().setSlideStepMs(0);
-        main->setLauncher([](const QString&, const QStringList&) { return true; });
-        main->setExiter([] {});
-    }
-    return main;
-}
-
-void TestApp::startTest(AppMain* main, const QString& name) {
-    auto* field = main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"));
-    QVERIFY(field);
-    field->setText(name);
-    main->findChild<QPushButton*>(QStringLiteral("OkS0"))->click();
-}
-
 void TestApp::startsOnShippedBankWithMenusAndPages() {
-    AppMain* main = start();
+    AppRun app;
+    AppMain* main = app.start();
     QVERIFY(main);
     QCOMPARE(main->objectName(), QStringLiteral("frm_AppMain"));
-    QVERIFY(QFile::exists(m_dir->filePath(QStringLiteral("labquiz.dat"))));
-    QVERIFY(QFile::exists(m_dir->filePath(QStringLiteral("elements.dat"))));
+    QVERIFY(QFile::exists(app.file(QStringLiteral("labquiz.dat"))));
+    QVERIFY(QFile::exists(app.file(QStringLiteral("elements.dat"))));
     // The seeded copy is editable by the teacher.
-    QVERIFY(QFileInfo(m_dir->filePath(QStringLiteral("labquiz.dat"))).isWritable());
+    QVERIFY(QFileInfo(app.file(QStringLiteral("labquiz.dat"))).isWritable());
     QVERIFY(main->flow().bank().ElementNames.count() >= 6);
 
     const struct {
@@ -84,54 +45,56 @@ void TestApp::startsOnShippedBankWithMenusAndPages() {
                    {"mnu_HelpCalc", "&Taschenrechner", QKeySequence(Qt::CTRL | Qt::Key_F2)},
                    {"M_H_INFO", "&Info", QKeySequence(Qt::Key_F1)}};
     for (const auto& a : actions) {
-        auto* action = main->findChild<QAction*>(QString::fromLatin1(a.name));
+        auto* action = child<QAction>(main, QString::fromLatin1(a.name));
         QVERIFY2(action, a.name);
         QCOMPARE(action->text(), QString::fromUtf8(a.text));
         QCOMPARE(action->shortcut(), a.keys);
     }
     // The start builds the start page only; the flow makes the others on demand.
     for (int n = 1; n <= 12; ++n)
-        QVERIFY(!main->findChild<QWidget*>(QStringLiteral("Seite(%1)").arg(n)));
+        QVERIFY(!child<QWidget>(main, QStringLiteral("Seite(%1)").arg(n)));
     main->flow().buildAllPages();
     for (int n = 0; n <= 12; ++n) {
-        QWidget* page = main->findChild<QWidget*>(QStringLiteral("Seite(%1)").arg(n));
+        QWidget* page = child<QWidget>(main, QStringLiteral("Seite(%1)").arg(n));
         QCOMPARE(page != nullptr, n != 7 && n != 10);
     }
     const int buttons[] = {1, 2, 3, 4, 5, 6, 7, 8, 11, 12};
     for (int b : buttons) {
-        auto* ok = main->findChild<QPushButton*>(QStringLiteral("OKS%1(0)").arg(b));
-        auto* next = main->findChild<QPushButton*>(QStringLiteral("OKS%1(1)").arg(b));
+        auto* ok = child<QPushButton>(main, QStringLiteral("OKS%1(0)").arg(b));
+        auto* next = child<QPushButton>(main, QStringLiteral("OKS%1(1)").arg(b));
         QVERIFY(ok && next);
         QCOMPARE(ok->text(), QStringLiteral("&OK"));
         QCOMPARE(next->text(), QStringLiteral("&Weiter"));
     }
-    QVERIFY(main->findChild<QWidget*>(QStringLiteral("Seite(0)"))->isVisible());
-    QCOMPARE(main->findChild<QLabel*>(QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 0"));
+    QVERIFY(child<QWidget>(main, QStringLiteral("Seite(0)"))->isVisible());
+    QCOMPARE(child<QLabel>(main, QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 0"));
 }
 
 void TestApp::refusesSecondInstanceUnlessNew() {
-    AppMain* first = start();
+    AppRun app;
+    AppMain* first = app.start();
     QVERIFY(first);
     {
         ModalAnswer answer(QStringLiteral("OK"));
-        QVERIFY(!start());
+        QVERIFY(!app.start());
         QVERIFY(answer.seen());
         QCOMPARE(answer.text(),
                  QStringLiteral("Der Laborixtest läuft bereits oder wird noch geladen."));
     }
     {
         ModalAnswer answer(QStringLiteral("OK"));
-        QVERIFY(!start({QStringLiteral("labquiz"), QStringLiteral("/new")})); // case counts
+        QVERIFY(!app.start({QStringLiteral("labquiz"), QStringLiteral("/new")})); // case counts
     }
-    AppMain* successor = start({QStringLiteral("labquiz"), QStringLiteral("/NEW")});
+    AppMain* successor = app.start({QStringLiteral("labquiz"), QStringLiteral("/NEW")});
     QVERIFY(successor);
     // Once the first one has gone, a plain start works again.
     delete first;
     delete successor;
-    QVERIFY(start());
+    QVERIFY(app.start());
 }
 
 void TestApp::formsTheSuccessorCommand() {
+    AppRun app;
     QCOMPARE(CommandLine::successorCommand("/opt/lab", "labquiz", "-DEV"),
              QStringLiteral("\"/opt/lablabquiz\" /NEW-DEV"));
     QCOMPARE(CommandLine::successorCommand("C:\\Prog", "labquiz", QString()),
@@ -140,7 +103,7 @@ void TestApp::formsTheSuccessorCommand() {
     const auto own = CommandLine::launchFor("\"/gibt/esnicht\" /NEW-DEV x", "/usr/bin/labquiz");
     QCOMPARE(own.program, QStringLiteral("/usr/bin/labquiz"));
     QCOMPARE(own.arguments, (QStringList{"/NEW-DEV", "x"}));
-    const QString named = m_dir->filePath(QStringLiteral("prog"));
+    const QString named = app.file(QStringLiteral("prog"));
     QVERIFY(writeFile(named, "x"));
     QCOMPARE(CommandLine::launchFor(u'"' + named + "\" /NEW", "/own").program, named);
     // Switches are searched in the whole line; repeated new tests pile up "/NEW".
@@ -150,7 +113,8 @@ void TestApp::formsTheSuccessorCommand() {
 }
 
 void TestApp::newTestStartsSuccessorAndQuitAsks() {
-    AppMain* main = start({QStringLiteral("labquiz"), QStringLiteral("-dev")});
+    AppRun app;
+    AppMain* main = app.start({QStringLiteral("labquiz"), QStringLiteral("-dev")});
     QVERIFY(main);
     QString program;
     QStringList arguments;
@@ -194,13 +158,13 @@ void TestApp::newTestStartsSuccessorAndQuitAsks() {
 }
 
 void TestApp::slidesThroughTheTestOrder() {
-    AppMain* main = start();
+    AppRun app;
+    AppMain* main = app.start();
     QVERIFY(main);
     QList<int> shown;
     connect(&main->flow(), &TestFlow::pageShown, this, [&](int p) { shown << p; });
     startTest(main, QStringLiteral("Anna"));
     QCOMPARE(shown, QList<int>{1});
-    QCOMPARE(main->windowTitle(), QStringLiteral("Anna im LABORIX -TEST"));
 
     const QList<int> order{1, 2, 11, 8, 12, 9, 3, 4, 5, 6};
     for (int i = 0; i < order.size(); ++i) {
@@ -225,14 +189,15 @@ void TestApp::slidesThroughTheTestOrder() {
     }
     QCOMPARE(shown, order);
     // The start page is never slid away; the task pages slide over it.
-    QVERIFY(main->findChild<QWidget*>(QStringLiteral("Seite(0)"))->isVisible());
+    QVERIFY(child<QWidget>(main, QStringLiteral("Seite(0)"))->isVisible());
     // Each page counts its tasks once, in the order of a test: 1, 2, 11, 8,
     // 12, 9, 3, 4, 5 and 6.
     QCOMPARE(main->flow().state().TasksSoFar, 6 + 4 + 6 + 4 + 5 + 10 + 3 + 4 + 4 + 6);
 }
 
 void TestApp::endOfTestShowsResultThenAsksForNewTest() {
-    AppMain* main = start();
+    AppRun app;
+    AppMain* main = app.start();
     QVERIFY(main);
     int launches = 0;
     int exits = 0;
@@ -246,12 +211,12 @@ void TestApp::endOfTestShowsResultThenAsksForNewTest() {
     auto* page = main->flow().taskPage(6);
     for (int k = 0; k < 6; ++k) {
         const int e = main->flow().state().DrawnAnswers[k].trimmed().toInt();
-        main->findChild<QAbstractButton*>(QStringLiteral("JaNein1(%1)").arg(e))->click();
+        child<QAbstractButton>(main, QStringLiteral("JaNein1(%1)").arg(e))->click();
     }
     page->okButton()->click();
 
     // The log holds the start line and, after the check, the history line.
-    QFile log(m_dir->filePath(QStringLiteral("laborix.log")));
+    QFile log(app.file(QStringLiteral("laborix.log")));
     QVERIFY(log.open(QIODevice::ReadOnly));
     const QStringList lines = QString::fromUtf8(log.readAll()).split(QStringLiteral("\r\n"));
     QVERIFY(lines.size() >= 2);
@@ -260,7 +225,8 @@ void TestApp::endOfTestShowsResultThenAsksForNewTest() {
              qPrintable(lines[1]));
     QVERIFY(lines[1].endsWith(QStringLiteral(" - Note: sehr gut plus")));
 
-    // "Ja": counters and level reset, the form closes, then the new-test question.
+    // "Ja": counters and level reset, the form closes, then the new-test
+    // question.
     QString shownTitle;
     QString shownGrade;
     bool wasModal = false;
@@ -269,9 +235,9 @@ void TestApp::endOfTestShowsResultThenAsksForNewTest() {
         QTimer::singleShot(0, form, [&, form] {
             wasModal = QApplication::activeModalWidget() == form;
             shownTitle = form->windowTitle();
-            shownGrade = form->findChild<QLabel*>(QStringLiteral("Texturt(1)"))->text();
+            shownGrade = child<QLabel>(form, QStringLiteral("Texturt(1)"))->text();
             newTest = std::make_unique<ModalAnswer>(QStringLiteral("Nein"));
-            form->findChild<QPushButton*>(QStringLiteral("CSCmd1"))->click();
+            child<QPushButton>(form, QStringLiteral("CSCmd1"))->click();
         });
     });
     page->nextButton()->click();
@@ -290,7 +256,7 @@ void TestApp::endOfTestShowsResultThenAsksForNewTest() {
     main->setResultHook([&](AppResult* form) {
         QTimer::singleShot(0, form, [&, form] {
             newTest = std::make_unique<ModalAnswer>(QStringLiteral("Ja"));
-            form->findChild<QPushButton*>(QStringLiteral("CSCmd3"))->click();
+            child<QPushButton>(form, QStringLiteral("CSCmd3"))->click();
         });
     });
     page->nextButton()->click();
@@ -298,12 +264,13 @@ void TestApp::endOfTestShowsResultThenAsksForNewTest() {
     QCOMPARE(launches, 0);
     QTest::qWait(50);
     QVERIFY(!newTest->seen());
-    QVERIFY(start()); // no "/NEW" needed: the lock was released
+    QVERIFY(app.start()); // no "/NEW" needed: the lock was released
 }
 
 void TestApp::missingBankShowsNoticeAndGoesOn() {
-    QVERIFY(writeFile(m_dir->filePath(QStringLiteral("labquiz.dat")), QByteArray()));
-    AppMain* main = start();
+    AppRun app;
+    QVERIFY(writeFile(app.file(QStringLiteral("labquiz.dat")), QByteArray()));
+    AppMain* main = app.start();
     QVERIFY(main);
     startTest(main, QStringLiteral("Bob"));
     TaskPage* page = main->flow().taskPage(1);
@@ -319,12 +286,12 @@ void TestApp::missingBankShowsNoticeAndGoesOn() {
 
     // An unreadable file says so.
     delete main;
-    QFile::remove(m_dir->filePath(QStringLiteral("labquiz.dat")));
-    QDir().mkdir(m_dir->filePath(QStringLiteral("labquiz.dat")));
+    QFile::remove(app.file(QStringLiteral("labquiz.dat")));
+    QDir().mkdir(app.file(QStringLiteral("labquiz.dat")));
     {
         // The start names the file it could not take and why.
         ModalAnswer answer(QStringLiteral("OK"));
-        main = start();
+        main = app.start();
         QVERIFY2(answer.text().contains(QStringLiteral("labquiz.dat ist keine gewöhnliche "
                                                        "Datei, sondern ein Ordner")),
                  qPrintable(answer.text()));
@@ -334,30 +301,30 @@ void TestApp::missingBankShowsNoticeAndGoesOn() {
 }
 
 void TestApp::normalLevelWithoutBasicEntriesDoesNotHang() {
-    QVERIFY(writeFile(m_dir->filePath(QStringLiteral("labquiz.dat")),
-                      cp1252Lines(syntheticBank(0, 8))));
-    AppMain* main = start();
+    AppRun app;
+    QVERIFY(writeFile(app.file(QStringLiteral("labquiz.dat")), cp1252Lines(syntheticBank(0, 8))));
+    AppMain* main = app.start();
     QVERIFY(main);
     startTest(main, QStringLiteral("Carla"));
     TaskPage* page = main->flow().taskPage(1);
     QVERIFY(page->bankNotice().contains(QStringLiteral("für die normale Stufe nur 0 Einträge")));
     delete main;
 
-    AppMain* expert = start();
-    expert->findChild<QRadioButton*>(QStringLiteral("Expert(1)"))->click();
+    AppMain* expert = app.start();
+    child<QRadioButton>(expert, QStringLiteral("Expert(1)"))->click();
     startTest(expert, QStringLiteral("Carla"));
-    QCOMPARE(expert->windowTitle(), QStringLiteral("Carla im LABORIX -TEST [1er Kandidat]"));
     QVERIFY(expert->flow().taskPage(1)->bankNotice().isEmpty());
     QVERIFY(expert->flow().taskPage(1)->okButton()->isVisible());
 }
 
 void TestApp::resizeKeepsCardCentred() {
-    AppMain* main = start();
+    AppRun app;
+    AppMain* main = app.start();
     main->resize(1500, 1100);
     QCoreApplication::processEvents();
-    auto* holder = main->findChild<QWidget*>(QStringLiteral("bar_Holder"));
-    auto* header = main->findChild<QWidget*>(QStringLiteral("bar_Splash"));
-    auto* footer = main->findChild<QWidget*>(QStringLiteral("bar_Sep"));
+    auto* holder = child<QWidget>(main, QStringLiteral("bar_Holder"));
+    auto* header = child<QWidget>(main, QStringLiteral("bar_Splash"));
+    auto* footer = child<QWidget>(main, QStringLiteral("bar_Sep"));
     QWidget* area = main->centralWidget();
     QCOMPARE(holder->size(), QSize(AppMain::kHolderWidth, AppMain::kHolderHeight));
     QCOMPARE(holder->x(), (area->width() - holder->width()) / 2);
@@ -370,7 +337,8 @@ void TestApp::resizeKeepsCardCentred() {
 }
 
 void TestApp::showsInfo() {
-    AppMain* main = start();
+    AppRun app;
+    AppMain* main = app.start();
     ModalAnswer answer(QStringLiteral("OK"));
     main->M_H_INFO_Click();
     QVERIFY(answer.text().contains(QStringLiteral("Laborix Test")));
@@ -379,39 +347,39 @@ void TestApp::showsInfo() {
 }
 
 void TestApp::enterPressesFocusedButtons() {
-    AppMain* main = start();
+    AppRun app;
+    AppMain* main = app.start();
     QVERIFY(main);
     main->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(main));
     // Start page: the name typed, then Enter on the focused start button.
-    auto* name = main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"));
+    auto* name = child<QLineEdit>(main, QStringLiteral("BenutzerName"));
     name->setText(QStringLiteral("Anna"));
-    auto* start = main->findChild<QPushButton*>(QStringLiteral("OkS0"));
+    auto* start = child<QPushButton>(main, QStringLiteral("OkS0"));
     start->setFocus();
     QTest::keyClick(start, Qt::Key_Return);
     TaskPage* page = main->flow().taskPage(1);
     QTRY_VERIFY(page->isVisible());
 
     // In an answer field Enter still walks the fields and checks nothing.
-    auto* first = page->findChild<QLineEdit*>(QStringLiteral("EleSym(0)"));
+    auto* first = child<QLineEdit>(page, QStringLiteral("EleSym(0)"));
     first->setFocus();
     QTest::keyClick(first, Qt::Key_Return);
-    QCOMPARE(QApplication::focusWidget(), page->findChild<QLineEdit*>(QStringLiteral("EleSym(1)")));
+    QCOMPARE(QApplication::focusWidget(), child<QLineEdit>(page, QStringLiteral("EleSym(1)")));
     QCOMPARE(main->flow().state().TasksSoFar, 0);
 
     // All right, Enter on "OK" checks, counts and praises; the focus lands
     // on "Weiter", and Enter there goes on and puts the praise away.
     const SessionState& s = main->flow().state();
     for (int i = 0; i < 3; ++i) {
-        page->findChild<QLineEdit*>(QStringLiteral("EleSym(%1)").arg(i))
-            ->setText(s.DrawnAnswers[i]);
-        page->findChild<QLineEdit*>(QStringLiteral("Ele(%1)").arg(i))
+        child<QLineEdit>(page, QStringLiteral("EleSym(%1)").arg(i))->setText(s.DrawnAnswers[i]);
+        child<QLineEdit>(page, QStringLiteral("Ele(%1)").arg(i))
             ->setText(s.DrawnAnswers[3 + i].section(u'*', 1, 1));
     }
     page->okButton()->setFocus();
     QTest::keyClick(page->okButton(), Qt::Key_Return);
-    QCOMPARE(main->findChild<QLabel*>(QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 6"));
-    QCOMPARE(main->findChild<QLabel*>(QStringLiteral("RichtigAnz"))->text(), QStringLiteral(" 6"));
+    QCOMPARE(child<QLabel>(main, QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 6"));
+    QCOMPARE(child<QLabel>(main, QStringLiteral("RichtigAnz"))->text(), QStringLiteral(" 6"));
     QVERIFY(main->flow().praisePanel()->isVisible());
     QCOMPARE(QApplication::focusWidget(), page->nextButton());
     QTest::keyClick(page->nextButton(), Qt::Key_Enter, Qt::KeypadModifier);

@@ -18,7 +18,6 @@ private Q_SLOTS:
     void readsUpToTheLimit_data();
     void readsUpToTheLimit();
     void readsFilesWithoutSize();
-    void decodesWhatItReads();
     void readsCompiledInFiles();
     void sizeText_data();
     void sizeText();
@@ -114,16 +113,6 @@ void TestFileReading::readsFilesWithoutSize() {
     LegacyText::ReadProblem problem;
     QVERIFY(!LegacyText::readBytes(QStringLiteral("/proc/self/status"), &problem, 10));
     QCOMPARE(int(problem.failure), int(Failure::TooLarge));
-}
-
-void TestFileReading::decodesWhatItReads() {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("elements.dat"));
-    QVERIFY(writeFile(path, cp1252Lines({QStringLiteral("80;Hg;Quecksilber;200.59;12;6;"
-                                                        "Übergangsmetall;2.00")})));
-    const std::optional<QString> text = LegacyText::readFile(path);
-    QVERIFY(text);
-    QVERIFY(text->contains(QStringLiteral("Übergangsmetall")));
 }
 
 void TestFileReading::readsCompiledInFiles() {

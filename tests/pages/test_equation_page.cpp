@@ -82,6 +82,10 @@ void TestEquationPage::judgesEquationsAsPairsOfTasks() {
         QCOMPARE(f.colour(field(f, i)), i == 11 ? Look::wrong() : Look::right());
         QCOMPARE(label(f, "Einsetz2", i)->isHidden(), i != 11);
     }
+    // Shown again: no mark and no correction is left over.
+    f.flow.ShowPage(9);
+    for (int i = 0; i < 20; ++i)
+        QVERIFY(!f.colour(field(f, i)).isValid() && label(f, "Einsetz2", i)->isHidden());
 }
 
 void TestEquationPage::praisesFiveRightEquationsAndWalksByKeys() {

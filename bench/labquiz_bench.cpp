@@ -211,15 +211,19 @@ int measurePages(const QStringList& args, int rounds) {
 
 // Child mode: a whole test's page changes, with the time of every slide step
 // (the gap between two moves of a sliding page: moving, painting, events).
-// Prints "slide N median_us p95_us max_us" once for all steps.
+// Prints "slide N median_us p95_us max_us" once for all steps, and
+// "change us us ..." for the steps of one page change (page 1 out, page 2
+// in), each step from one move of a page to the next move of either page.
 class MoveClock final : public QObject {
 public:
     std::vector<double> gaps;
+    std::vector<qint64> moves; // every move, in nanoseconds
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Move && watched->objectName().startsWith(u"Seite(")) {
             const qint64 now = m_clock.nsecsElapsed();
+            moves.push_back(now);
             // A new slide starts after a longer pause: the page was drawn in
             // between, which the page figures measure on their own.
             if (watched == m_last && now - m_at < 50'000'000)
@@ -255,8 +259,19 @@ int measureSlide(const QStringList& args) {
     MoveClock clock;
     for (const int n : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6})
         flow.taskPage(n)->installEventFilter(&clock);
-    for (const int n : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6})
+    std::vector<double> change;
+    for (const int n : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
+        const std::size_t before = clock.moves.size();
         flow.ShowPage(n);
+        if (n == 2) {
+            for (std::size_t i = before + 1; i < clock.moves.size(); ++i)
+                change.push_back((clock.moves[i] - clock.moves[i - 1]) / 1e3);
+        }
+    }
+    std::printf("change");
+    for (const double us : change)
+        std::printf(" %.1f", us);
+    std::printf("\n");
     std::vector<double> gaps = clock.gaps;
     std::sort(gaps.begin(), gaps.end());
     if (gaps.empty())
@@ -472,7 +487,20 @@ int main(int argc, char* argv[]) {
     slide.setProcessEnvironment(env);
     slide.start(self, {QStringLiteral("--child-slide")});
     slide.waitForFinished(300000);
-    const QList<QByteArray> sf = slide.readAllStandardOutput().trimmed().split(' ');
+    const QList<QByteArray> slideLines = slide.readAllStandardOutput().trimmed().split('\n');
+    const QList<QByteArray> sf = slideLines.value(1).trimmed().split(' ');
+    const QList<QByteArray> steps = slideLines.value(0).trimmed().split(' ');
+    if (steps.size() > 1 && steps[0] == "change") {
+        out << QStringLiteral("\none page change at 1366x768 (page 1 slides out, page 2 in): "
+                              "%1 steps, each in ms:")
+                   .arg(steps.size() - 1);
+        for (qsizetype i = 1; i < steps.size(); ++i) {
+            if ((i - 1) % 10 == 0)
+                out << "\n ";
+            out << QStringLiteral(" %1").arg(steps[i].toDouble() / 1000.0, 5, 'f', 2);
+        }
+        out << "\n";
+    }
     if (sf.size() == 5 && sf[0] == "slide")
         out << QStringLiteral("\nslide steps of a whole test (%1 steps, window 1366x768): median "
                               "%2 ms, 95th percentile %3 ms, longest %4 ms; target: every "

@@ -14,10 +14,15 @@ void BoxLabel::setMark(const QColor& colour) {
     update();
 }
 
-void BoxLabel::paintEvent(QPaintEvent* event) {
-    if (m_mark.isValid() || m_box.fill.isValid() || m_box.borderWidth > 0) {
-        QPainter painter(this);
+void BoxLabel::paintBox(QPainter& painter) const {
+    if (m_mark.isValid() || m_box.fill.isValid() || m_box.borderWidth > 0)
         m_box.paint(painter, rect(), m_mark);
+}
+
+void BoxLabel::paintEvent(QPaintEvent* event) {
+    {
+        QPainter painter(this);
+        paintBox(painter);
     }
     QLabel::paintEvent(event);
 }

@@ -5,6 +5,8 @@
 #include <QColor>
 #include <QLabel>
 
+class QPainter;
+
 // A label on a rounded box of its own (a notice, a marked prompt, a badge).
 // The padding is the label's contents margins. A right/wrong mark fills the
 // box in place of its own fill, so the rounded shape stays.
@@ -23,6 +25,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    // The rounded box alone, for a label that draws its text itself.
+    void paintBox(QPainter& painter) const;
 
 private:
     Look::Box m_box;

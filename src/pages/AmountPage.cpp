@@ -1,7 +1,7 @@
 #include "pages/AmountPage.h"
 
 #include "aids/CalculatorButton.h"
-#include "chem/FormulaText.h"
+#include "controls/FormulaTextLabel.h"
 #include "controls/Look.h"
 #include "pages/Marking.h"
 #include "pages/NumberAnswer.h"
@@ -20,8 +20,9 @@ AmountPage::AmountPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 12, 12,
     for (int i = 0; i < kQuestions; ++i) {
         // The questions name substances by their formulas; they are shown
         // with real subscripts, the rest of the sentence as it stands.
-        m_questions[i] = makeNamed(QStringLiteral("AnzS12(%1)").arg(i), "prompt");
-        m_questions[i]->setTextFormat(Qt::RichText);
+        m_questions[i] = new FormulaTextLabel(this);
+        m_questions[i]->setObjectName(QStringLiteral("AnzS12(%1)").arg(i));
+        Look::setRole(m_questions[i], QStringLiteral("prompt"));
         m_questions[i]->setWordWrap(true);
         m_fields[i] = makeInput(QStringLiteral("Stoffm(%1)").arg(i));
         m_fields[i]->setFixedWidth(220);
@@ -64,8 +65,7 @@ void AmountPage::draw() {
     m_fields[0]->setFocus();
     const Draw d = drawFor(bank(), drawDistinct(TaskBank::AmountSubstancesSection, kQuestions));
     for (int i = 0; i < kQuestions; ++i) {
-        m_questions[i]->setText(FormulaText::textToHtml(d.questions[i]));
-        m_questions[i]->setAccessibleName(d.questions[i]);
+        m_questions[i]->setStoredText(d.questions[i]);
         state().DrawnAnswers[i] = d.answers[i];
     }
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 
+class FormulaTextLabel;
 class CalculatorButton;
 class QLabel;
 class QLineEdit;
@@ -32,7 +33,7 @@ protected:
     bool judge(Marking& marking) override;
 
 private:
-    std::array<QLabel*, kQuestions> m_questions{};
+    std::array<FormulaTextLabel*, kQuestions> m_questions{};
     std::array<QLineEdit*, kQuestions> m_fields{};
     std::array<CalculatorButton*, kQuestions> m_calc{};
 };

@@ -1,7 +1,6 @@
 #include "pages/ComprehensionPage.h"
 
-#include "chem/FormulaText.h"
-#include "controls/BoxLabel.h"
+#include "controls/FormulaTextLabel.h"
 #include "controls/Look.h"
 #include "controls/RoundPanel.h"
 #include "pages/Marking.h"
@@ -52,12 +51,11 @@ ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
     g->setVerticalSpacing(8);
     for (int k = 0; k < kQuestions; ++k) {
         // A right/wrong mark fills a rounded box behind the statement.
-        auto* statement = new BoxLabel(QString(), this);
+        auto* statement = new FormulaTextLabel(this);
         statement->setObjectName(QStringLiteral("AnzS6(%1)").arg(k));
         Look::setRole(statement, QStringLiteral("prompt"));
         statement->setBox({QColor(), QColor(), 0, 4});
         statement->setContentsMargins(8, 2, 8, 2);
-        statement->setTextFormat(Qt::RichText);
         statement->setWordWrap(true);
         statement->setMinimumHeight(44);
         m_statements[k] = statement;
@@ -126,7 +124,7 @@ void ComprehensionPage::reset() {
     m_result.reset();
     for (int k = 0; k < kQuestions; ++k) {
         Look::clearMarks(m_statements[k]);
-        m_statements[k]->clear();
+        m_statements[k]->setStoredText(QString());
         // An exclusive group keeps one button checked; let go to clear the pair.
         m_pairs[k]->setExclusive(false);
         for (int side = 0; side < 2; ++side) {
@@ -141,8 +139,7 @@ void ComprehensionPage::reset() {
 void ComprehensionPage::draw() {
     const Draw d = drawFor(bank(), drawDistinct(TaskBank::StatementsSection, kQuestions));
     for (int k = 0; k < kQuestions; ++k) {
-        m_statements[k]->setText(FormulaText::textToHtml(TrimRightBlanks(d.statements[k])));
-        m_statements[k]->setProperty("statement", d.statements[k]);
+        m_statements[k]->setStoredText(d.statements[k]);
         state().DrawnAnswers[k] = d.answers[k];
     }
     m_choices[0]->setFocus();

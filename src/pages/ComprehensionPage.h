@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 
+class FormulaTextLabel;
 class QAbstractButton;
 class QButtonGroup;
 class QLabel;
@@ -49,7 +50,7 @@ protected:
 private:
     void prepareResult();
 
-    std::array<QLabel*, kQuestions> m_statements{};
+    std::array<FormulaTextLabel*, kQuestions> m_statements{};
     std::array<QButtonGroup*, kQuestions> m_pairs{};
     std::array<QAbstractButton*, kChoices> m_choices{};
     std::array<QLabel*, kChoices> m_words{};

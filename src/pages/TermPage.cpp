@@ -1,7 +1,7 @@
 #include "pages/TermPage.h"
 
-#include "chem/FormulaText.h"
 #include "controls/ChoiceList.h"
+#include "controls/FormulaTextLabel.h"
 #include "controls/Look.h"
 #include "pages/ChoiceRules.h"
 #include "pages/Marking.h"
@@ -18,14 +18,6 @@ constexpr int kListHeight = 84;
 constexpr int kListWidth = 250;
 constexpr int kCorrectionWidth = 600;
 constexpr int kCorrectionHeight = 22;
-
-// Shows a definition; a formula in it ("H^+") gets its superscript, while
-// the label's text stays the definition itself when it holds none.
-void showDefinition(QLabel* label, const QString& text) {
-    const QString html = FormulaText::textToHtml(text);
-    label->setTextFormat(html == text ? Qt::PlainText : Qt::RichText);
-    label->setText(html == text ? text : html);
-}
 } // namespace
 
 TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, parent) {
@@ -40,7 +32,9 @@ TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, paren
         auto* column = new QVBoxLayout(cell);
         column->setContentsMargins(0, 2, 0, 0);
         column->setSpacing(4);
-        m_definitions[k] = makeNamed(QStringLiteral("AnzS4(%1)").arg(k), "prompt");
+        m_definitions[k] = new FormulaTextLabel(this);
+        m_definitions[k]->setObjectName(QStringLiteral("AnzS4(%1)").arg(k));
+        Look::setRole(m_definitions[k], QStringLiteral("prompt"));
         m_definitions[k]->setWordWrap(true);
         m_definitions[k]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         // The correction sits in a slot of fixed size outside any layout:
@@ -94,7 +88,7 @@ QStringList TermPage::allTerms(const TaskBank& bank) {
 
 void TermPage::reset() {
     for (int k = 0; k < kQuestions; ++k) {
-        m_definitions[k]->clear();
+        m_definitions[k]->setStoredText(QString());
         m_corrections[k]->hide();
         m_lists[k]->setChoices({});
         m_lists[k]->setEnabled(true);
@@ -106,7 +100,7 @@ void TermPage::draw() {
     const Draw d = drawFor(bank(), drawDistinct(TaskBank::DefinitionsSection, kQuestions));
     const QStringList terms = allTerms(bank());
     for (int k = 0; k < kQuestions; ++k) {
-        showDefinition(m_definitions[k], d.definitions[k]);
+        m_definitions[k]->setStoredText(d.definitions[k]);
         m_lists[k]->setChoices(terms);
         state().DrawnAnswers[k] = d.answers[k];
         m_corrections[k]->setText(d.corrections[k]);

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <array>
 
+class FormulaTextLabel;
 class ChoiceList;
 class QLabel;
 
@@ -36,7 +37,7 @@ protected:
     bool judge(Marking& marking) override;
 
 private:
-    std::array<QLabel*, kQuestions> m_definitions{};
+    std::array<FormulaTextLabel*, kQuestions> m_definitions{};
     std::array<ChoiceList*, kQuestions> m_lists{};
     std::array<QLabel*, kQuestions> m_corrections{};
 };

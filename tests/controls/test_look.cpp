@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "controls/BoxLabel.h"
+#include "controls/FormulaTextLabel.h"
 #include "controls/LabStyle.h"
 #include "controls/Look.h"
 
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void markIsPaintedAndCleared();
     void clearingKeepsOwnColours();
     void styleFillsButtonsAndFields();
+    void formulaTextKeepsStoredTextAndRoom();
 };
 
 void TestLook::roleGivesFont_data() {
@@ -137,6 +139,33 @@ void TestLook::styleFillsButtonsAndFields() {
     Look::clearMarks(radio);
     QVERIFY(pixel(radio, {76, 15}) != Look::right());
     QCOMPARE(pixel(button, {10, 16}), Look::accent());
+}
+
+// A bank text keeps its stored form as the label's text, is drawn with its
+// formulas set, and gets the room the drawn text needs.
+void TestLook::formulaTextKeepsStoredTextAndRoom() {
+    FormulaTextLabel label;
+    Look::setRole(&label, QStringLiteral("prompt"));
+    label.setWordWrap(true);
+    const QString stored =
+        QStringLiteral("Ein Ion mit der Ladung 2- wie SO4^2- oder CO3^2- und Wasser H2O   ");
+    label.setStoredText(stored);
+    QCOMPARE(label.text(), stored);
+    QVERIFY(label.drawnHtml().contains(QStringLiteral("SO<sub>4</sub><sup>2\u2212</sup>")));
+    for (const int width : {120, 260, 600}) {
+        QTextDocument drawn;
+        drawn.setDocumentMargin(0);
+        drawn.setDefaultFont(label.font());
+        drawn.setHtml(label.drawnHtml());
+        drawn.setTextWidth(width);
+        QVERIFY(label.heightForWidth(width) >= drawn.size().height());
+    }
+    // Without a formula, and once cleared, QLabel draws the text itself.
+    label.setStoredText(QStringLiteral("Kochsalz & Zucker <gelöst>"));
+    QVERIFY(label.drawnHtml().isEmpty());
+    label.setStoredText(QString());
+    QVERIFY(label.drawnHtml().isEmpty());
+    QCOMPARE(label.text(), QString());
 }
 
 QTEST_MAIN(TestLook)

@@ -2,6 +2,7 @@
 // the draws of wrong definitions and charge buttons as data rows, then one
 // widget test per page and the notice for banks too small for them.
 #include "TestSupport.h"
+#include "controls/FormulaTextLabel.h"
 #include "controls/Look.h"
 #include "pages/ChoiceRules.h"
 #include "pages/DefinitionPage.h"
@@ -406,13 +407,14 @@ void TestChoicePages::termPage() {
                  QStringLiteral("Korrekter Begriff ist:  ") + s.DrawnAnswers[k].trimmed());
         const int entry = rowOf(lists[k], s.DrawnAnswers[k]) + 1;
         QVERIFY(entry <= 8); // a basic term is asked
-        // A definition shows as it stands; a formula in it gets its superscript.
+        // A definition's text is the definition as it stands; a formula in
+        // it is drawn with its superscript.
         const QString definition = table[entry].Definition.trimmed();
-        const QString shown = f.label("AnzS4", k)->text();
-        if (definition.contains(u'^'))
-            QVERIFY2(shown.contains(QStringLiteral("H<sup>+</sup>")), qPrintable(shown));
-        else
-            QCOMPARE(shown, definition);
+        auto* shown = qobject_cast<FormulaTextLabel*>(f.label("AnzS4", k));
+        QVERIFY(shown);
+        QCOMPARE(shown->text(), definition);
+        QCOMPARE(shown->drawnHtml().contains(QStringLiteral("H<sup>+</sup>")),
+                 definition.contains(u'^'));
     }
     QCOMPARE(QApplication::focusWidget(), lists[0]);
     // Typing the first letters picks the term.

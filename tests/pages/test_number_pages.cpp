@@ -2,6 +2,7 @@
 // per page; the judging rules themselves are in test_answer_rules.
 #include "TestSupport.h"
 #include "controls/FormulaLabel.h"
+#include "controls/FormulaTextLabel.h"
 #include "pages/AmountPage.h"
 #include "pages/MolarMassPage.h"
 #include "pages/NumberSyllablePage.h"
@@ -117,8 +118,11 @@ void TestNumberPages::amountPage() {
         bankWith({{TaskBank::AmountSubstancesSection, basic, {"Expertenfrage", "9.99"}}}));
     QVERIFY(f.drawnOver(12, 1, 5).contains(QStringLiteral("9.99")));
     QCOMPARE(f.drawnOver(12, 0, 5), QSet<QString>({"0.1", "0.2", "0.3", "0.4", "0.5"}));
-    auto* question = f.named<QLabel>(QStringLiteral("AnzS12"), 0);
-    QVERIFY(question->text().contains(QStringLiteral("H<sub>2</sub>O")));
+    auto* question = qobject_cast<FormulaTextLabel*>(f.named<QLabel>(QStringLiteral("AnzS12"), 0));
+    QVERIFY(question);
+    // The question as stored; drawn with the formula set.
+    QVERIFY(basic.contains(question->text()));
+    QVERIFY(question->drawnHtml().contains(QStringLiteral("H<sub>2</sub>O")));
     QVERIFY(f.enterRing(QStringLiteral("Stoffm"), 5));
     const char* stored[] = {"0.5", "0.5", "0.5", "0.25", "0.5"};
     for (int i = 0; i < 5; ++i)

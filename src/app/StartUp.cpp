@@ -4,6 +4,7 @@
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
 #include "controls/ButtonEnterKey.h"
+#include "controls/GermanQtTexts.h"
 #include "controls/Look.h"
 #include "session/TestFlow.h"
 
@@ -27,6 +28,9 @@ private:
 
 QWidget* StartUp(const QStringList& commandLine) {
     if (qApp) {
+        // Once per application: tests start several windows in one process.
+        if (!qApp->findChild<GermanQtTexts*>())
+            QCoreApplication::installTranslator(new GermanQtTexts(qApp));
         Look::install();
         ButtonEnterKey::install(qApp);
     }

@@ -6,6 +6,7 @@
 #include "result/AppResult.h"
 
 #include <QAction>
+#include <QMenu>
 #include <QRadioButton>
 
 class TestApp : public QObject {
@@ -50,6 +51,17 @@ void TestApp::startsOnShippedBankWithMenusAndPages() {
         QCOMPARE(action->text(), QString::fromUtf8(a.text));
         QCOMPARE(action->shortcut(), a.keys);
     }
+    // What Qt itself shows is German too: key names and a field's context menu.
+    QCOMPARE(QKeySequence(Qt::CTRL | Qt::Key_F1).toString(QKeySequence::NativeText),
+             QStringLiteral("Strg+F1"));
+    std::unique_ptr<QMenu> menu(
+        child<QLineEdit>(main, QStringLiteral("BenutzerName"))->createStandardContextMenu());
+    QStringList entries;
+    for (QAction* action : menu->actions())
+        entries << action->text().section(u'\t', 0, 0);
+    QVERIFY2(entries.contains(QStringLiteral("&Kopieren")) &&
+                 entries.contains(QStringLiteral("Alles auswählen")),
+             qPrintable(entries.join(u'|')));
     // The start builds what the start page shows; the other pages and the
     // periodic table follow once the event loop has time.
     for (int n = 1; n <= 12; ++n)

@@ -4,7 +4,7 @@
 //
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong|mixed]
 //                [--candidate TEXT] [--score C/T] [--finish] [--print]
-//                [--table] [--calc EXPR] [--button NAME] [--splash]
+//                [--table] [--calc EXPR] [--button NAME] [--splash] [--menu NAME]
 //
 // --fill right types the expected answers into the page's line edits where a
 // page keeps them one to one in DrawnAnswers (or where a field names its slot
@@ -30,6 +30,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -144,6 +146,7 @@ int main(int argc, char** argv) {
     const bool table = args.contains(QStringLiteral("--table"));
     const int calcAt = args.indexOf(QStringLiteral("--calc"));
     const int buttonAt = args.indexOf(QStringLiteral("--button"));
+    const int menuAt = args.indexOf(QStringLiteral("--menu"));
 
     if (args.contains(QStringLiteral("--splash"))) {
         // The splash is gone before anything could photograph it on screen.
@@ -214,6 +217,10 @@ int main(int argc, char** argv) {
         } else if (buttonAt > 0) {
             if (auto* b = main->findChild<QAbstractButton*>(args.value(buttonAt + 1)))
                 b->click();
+        } else if (menuAt > 0) {
+            // Opens the named menu (mnu_File, mnu_Help) as a click on its title would.
+            if (auto* menu = main->findChild<QMenu*>(args.value(menuAt + 1)))
+                main->menuBar()->setActiveAction(menu->menuAction());
         }
     });
     return app.exec();

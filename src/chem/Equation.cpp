@@ -12,7 +12,8 @@ bool isCoefficientChar(QChar c) {
 
 QString shown(QStringView text) {
     constexpr qsizetype kMax = 60;
-    return text.size() <= kMax ? text.toString() : text.left(kMax).toString() + QStringLiteral("...");
+    return text.size() <= kMax ? text.toString()
+                               : text.left(kMax).toString() + QStringLiteral("...");
 }
 
 } // namespace

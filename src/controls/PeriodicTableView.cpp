@@ -60,11 +60,6 @@ PeriodicTableView::PeriodicTableView(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::ClickFocus);
 }
 
-void PeriodicTableView::load(const QString& path) {
-    m_path = path;
-    setTable(ElementTable::load(path));
-}
-
 void PeriodicTableView::setTable(ElementTable table) {
     m_table = std::move(table);
     m_selected = 0;

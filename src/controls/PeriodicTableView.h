@@ -18,9 +18,7 @@ public:
 
     explicit PeriodicTableView(QWidget* parent = nullptr);
 
-    // Reads the element table; an unreadable file leaves the table empty
-    // and says so in the view.
-    void load(const QString& path);
+    // An empty table (an unreadable file) is drawn with a line saying so.
     void setTable(ElementTable table);
     const ElementTable& table() const { return m_table; }
 
@@ -48,6 +46,5 @@ private:
     const ElementTable::Element* elementAt(QPoint pos) const;
 
     ElementTable m_table;
-    QString m_path;
     int m_selected = 0;
 };

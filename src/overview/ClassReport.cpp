@@ -62,7 +62,7 @@ QString ClassReport::defaultFileName() {
         .arg(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
 }
 
-QString ClassReport::html(const Input& input, int chartWidth, int chartHeight) {
+QString ClassReport::html(const Input& input, int chartWidth) {
     const QList<ResultRecord>& records = *input.records;
     const ClassSummary& s = *input.summary;
     QString h;
@@ -81,7 +81,7 @@ QString ClassReport::html(const Input& input, int chartWidth, int chartHeight) {
     h += QStringLiteral("</p>");
 
     h += QStringLiteral("<h3>Übersicht</h3>");
-    h += QStringLiteral("<table width=\"100%\" cellspacing=\"0\" cellpadding=\"2\" border=\"0.5\" "
+    h += QStringLiteral("<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\" border=\"0.5\" "
                         "style=\"border-color:#b0bec5; border-collapse:collapse\">");
     h += headRow({QStringLiteral("Name"), QStringLiteral("Datum"), QStringLiteral("Uhrzeit"),
                   QStringLiteral("Stufe"), QStringLiteral("Aufgaben"), QStringLiteral("Richtig"),
@@ -108,18 +108,17 @@ QString ClassReport::html(const Input& input, int chartWidth, int chartHeight) {
     h += QStringLiteral("</table>");
 
     h += QStringLiteral("<h3>Stärken und Schwächen</h3>");
-    h += QStringLiteral("<p><img src=\"chart:pages\" width=\"%1\" height=\"%2\"></p>")
+    h += QStringLiteral("<p><img src=\"chart:pages\" width=\"%1\" height=\"%2\"><br>"
+                        "<img src=\"chart:grades\" width=\"%1\" height=\"%3\"></p>")
              .arg(chartWidth)
-             .arg(chartHeight);
-    h += QStringLiteral("<p><img src=\"chart:grades\" width=\"%1\" height=\"%2\"></p>")
-             .arg(chartWidth)
-             .arg(chartHeight);
+             .arg(pagesHeight(chartWidth))
+             .arg(gradesHeight(chartWidth));
 
     h += QStringLiteral("<h3>Schwierigste Aufgaben</h3>");
     if (s.hardTasks.isEmpty()) {
         h += QStringLiteral("<p>Keine Aufgabe wurde falsch beantwortet.</p>");
     } else {
-        h += QStringLiteral("<table width=\"100%\" cellspacing=\"0\" cellpadding=\"2\" "
+        h += QStringLiteral("<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\" "
                             "border=\"0.5\" style=\"border-color:#b0bec5; "
                             "border-collapse:collapse\">");
         h += headRow({QStringLiteral("Seite"), QStringLiteral("Aufgabe"),
@@ -153,8 +152,6 @@ int ClassReport::print(const Input& input, QPrinter& printer) {
     // Images in a document are sized in pixels of 96 dpi and scaled to the
     // device; the charts take the page's width.
     const int chartWidth = int(body.width() * 96.0 / printer.logicalDpiX());
-    const int chartHeight = chartWidth * 9 / 20;
-
     QTextDocument document;
     document.documentLayout()->setPaintDevice(&printer);
     QFont font = document.defaultFont();
@@ -162,12 +159,13 @@ int ClassReport::print(const Input& input, QPrinter& printer) {
     document.setDefaultFont(font);
     document.setDocumentMargin(0);
     document.setPageSize(body);
-    const QSize chartSize(chartWidth, chartHeight);
     document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart:pages")),
-                         chartImage(OverviewCharts::pageShares(*input.summary), chartSize));
+                         chartImage(OverviewCharts::pageShares(*input.summary, 11),
+                                    QSize(chartWidth, pagesHeight(chartWidth))));
     document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart:grades")),
-                         chartImage(OverviewCharts::gradeSpread(*input.summary), chartSize));
-    document.setHtml(html(input, chartWidth, chartHeight));
+                         chartImage(OverviewCharts::gradeSpread(*input.summary, 11),
+                                    QSize(chartWidth, gradesHeight(chartWidth))));
+    document.setHtml(html(input, chartWidth));
 
     const int pages = document.pageCount();
     QPainter painter;

@@ -24,8 +24,13 @@ public:
     };
 
     // The report's text as HTML; the charts are the images "chart:pages" and
-    // "chart:grades", drawn chartWidth × chartHeight (in 96-dpi pixels).
-    static QString html(const Input& input, int chartWidth, int chartHeight);
+    // "chart:grades", one below the other, chartWidth wide and as high as
+    // pagesHeight() and gradesHeight() say (in 96-dpi pixels).
+    static QString html(const Input& input, int chartWidth);
+    // Qt Charts shortens a bar's label to "…" when its row is lower than
+    // about twice the text, so the sixteen grades need the taller chart.
+    static int pagesHeight(int chartWidth) { return chartWidth * 48 / 100; }
+    static int gradesHeight(int chartWidth) { return chartWidth * 64 / 100; }
     // Paints the whole report onto the printer (a PDF when it is set to one);
     // returns the number of pages, 0 when nothing could be painted.
     static int print(const Input& input, QPrinter& printer);

@@ -12,22 +12,21 @@
 
 namespace {
 
-QChart* barChart(const QString& title, const QStringList& categories, const QList<qreal>& values,
-                 const QColor& colour, qreal maximum, const QString& labelFormat,
-                 const QString& axisFormat, int ticks) {
+// Horizontal bars from 0 with ticks every `step`; the axis runs a little
+// past `top` so that the label of the longest bar has room.
+QChart* barChart(const QString& title, const QString& axisTitle, const QStringList& categories,
+                 const QList<qreal>& values, const QColor& colour, qreal top, qreal step,
+                 const QString& labelFormat, int textPixels) {
     auto* chart = new QChart;
     chart->setTitle(title);
     QFont titleFont = chart->titleFont();
-    titleFont.setPixelSize(15);
+    titleFont.setPixelSize(textPixels + 2);
     titleFont.setBold(true);
     chart->setTitleFont(titleFont);
     chart->setTitleBrush(Look::ink());
     chart->legend()->hide();
     chart->setAnimationOptions(QChart::NoAnimation);
     chart->setBackgroundRoundness(0);
-    // "71,3 %", not "71.3 %".
-    chart->setLocalizeNumbers(true);
-    chart->setLocale(QLocale(QLocale::German, QLocale::Germany));
     chart->setMargins(QMargins(4, 4, 12, 4));
 
     auto* set = new QBarSet(title);
@@ -43,20 +42,31 @@ QChart* barChart(const QString& title, const QStringList& categories, const QLis
     series->setLabelsFormat(labelFormat);
     chart->addSeries(series);
 
+    QFont labelFont = chart->font();
+    labelFont.setPixelSize(textPixels);
+    set->setLabelFont(labelFont);
     auto* categoryAxis = new QBarCategoryAxis;
     categoryAxis->append(categories);
     categoryAxis->setGridLineVisible(false);
     categoryAxis->setLabelsBrush(Look::ink());
+    categoryAxis->setLabelsFont(labelFont);
     chart->addAxis(categoryAxis, Qt::AlignLeft);
     series->attachAxis(categoryAxis);
 
     auto* valueAxis = new QValueAxis;
-    // Room to the right for the label of the longest bar.
-    valueAxis->setRange(0, maximum);
-    valueAxis->setTickCount(ticks);
-    valueAxis->setLabelFormat(axisFormat);
+    valueAxis->setRange(0, top + step * 0.6);
+    valueAxis->setTickType(QValueAxis::TicksDynamic);
+    valueAxis->setTickAnchor(0);
+    valueAxis->setTickInterval(step);
+    valueAxis->setLabelFormat(QStringLiteral("%d"));
+    valueAxis->setLabelsFont(labelFont);
     valueAxis->setLabelsBrush(Look::softInk());
     valueAxis->setGridLineColor(Look::line());
+    QFont axisTitleFont = labelFont;
+    axisTitleFont.setPixelSize(textPixels - 1);
+    valueAxis->setTitleFont(axisTitleFont);
+    valueAxis->setTitleBrush(Look::softInk());
+    valueAxis->setTitleText(axisTitle);
     chart->addAxis(valueAxis, Qt::AlignBottom);
     series->attachAxis(valueAxis);
     return chart;
@@ -64,20 +74,24 @@ QChart* barChart(const QString& title, const QStringList& categories, const QLis
 
 } // namespace
 
-QChart* OverviewCharts::pageShares(const ClassSummary& summary) {
+QChart* OverviewCharts::pageShares(const ClassSummary& summary, int textPixels) {
     // A horizontal bar chart draws its first category at the bottom, so the
     // pages go in back to front to read from the top.
     QStringList titles;
     QList<qreal> shares;
     for (auto it = summary.pages.crbegin(); it != summary.pages.crend(); ++it) {
         titles << it->title;
-        shares << qRound(it->share() * 1000.0) / 10.0;
+        // Whole percents: the bars need no decimals, and without them no
+        // decimal point can show up where a German reader expects a comma
+        // (Qt Charts' own localisation drops the axis labels).
+        shares << qRound(it->share() * 100.0);
     }
-    return barChart(QStringLiteral("Anteil richtiger Antworten je Seite"), titles, shares,
-                    Look::accent(), 110, QStringLiteral("@value %"), QStringLiteral("%d %"), 12);
+    return barChart(QStringLiteral("Anteil richtiger Antworten je Seite"),
+                    QStringLiteral("Anteil richtig in %"), titles, shares, Look::accent(), 100, 20,
+                    QStringLiteral("@value %"), textPixels);
 }
 
-QChart* OverviewCharts::gradeSpread(const ClassSummary& summary) {
+QChart* OverviewCharts::gradeSpread(const ClassSummary& summary, int textPixels) {
     const QStringList words = FinalGrade::gradeWords(); // "ungenügend" first: the bottom bar
     QList<qreal> counts;
     int most = 0;
@@ -89,10 +103,9 @@ QChart* OverviewCharts::gradeSpread(const ClassSummary& summary) {
     int step = 1;
     while (most / step > 8)
         step = step == 1 ? 2 : step == 2 ? 5 : step * 2;
-    const int top = (most / step + 1) * step;
-    return barChart(QStringLiteral("Notenverteilung (Anzahl der Tests)"), words, counts,
-                    Look::amber(), top, QStringLiteral("@value"), QStringLiteral("%d"),
-                    top / step + 1);
+    return barChart(QStringLiteral("Notenverteilung"), QStringLiteral("Anzahl der Tests"), words,
+                    counts, Look::amber(), qMax(most, 1), step, QStringLiteral("@value"),
+                    textPixels);
 }
 
 QString OverviewCharts::pageSharesText(const ClassSummary& summary) {

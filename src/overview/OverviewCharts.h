@@ -13,10 +13,11 @@ class OverviewCharts final {
 public:
     // Horizontal bars, the pages top to bottom in the order of a test,
     // 0 … 100 %, each bar labelled with its share.
-    static QChart* pageShares(const ClassSummary& summary);
+    // textPixels: the size of labels and titles.
+    static QChart* pageShares(const ClassSummary& summary, int textPixels = 13);
     // Horizontal bars, "sehr gut plus" at the top down to "ungenügend",
     // each labelled with its number of tests.
-    static QChart* gradeSpread(const ClassSummary& summary);
+    static QChart* gradeSpread(const ClassSummary& summary, int textPixels = 13);
 
     static QString pageSharesText(const ClassSummary& summary);
     static QString gradeSpreadText(const ClassSummary& summary);

@@ -270,9 +270,7 @@ void OverviewWindow::buildTabs() {
     m_classTable->setRootIsDecorated(true);
     m_classTable->setSortingEnabled(true);
     m_classTable->sortByColumn(CName, Qt::AscendingOrder);
-    m_classTable->header()->setSectionResizeMode(CName, QHeaderView::Stretch);
-    for (int c = CDate; c < CCount; ++c)
-        m_classTable->header()->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+    m_classTable->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_classTable->header()->setStretchLastSection(false);
     connect(m_classTable, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
         const int record = item->data(CName, kRecordRole).toInt();
@@ -544,7 +542,8 @@ void OverviewWindow::fillClassTable() {
                 QStringLiteral("%1 → %2").arg(ClassSummary::percentText(first.share()),
                                               ClassSummary::percentText(last.share())),
                 last.share(), Qt::AlignRight);
-        setCell(group, CGrade, QStringLiteral("%1 → %2").arg(first.grade, last.grade),
+        // The latest grade; share and points show the way there.
+        setCell(group, CGrade, QStringLiteral("zuletzt %1").arg(last.grade),
                 ClassSummary::gradeStep(last));
         const int change = last.points - first.points;
         setCell(group, CPoints,

@@ -92,7 +92,10 @@ void TestOverviewWindow::showsTheClass() {
     QCOMPARE(anna->text(0), QStringLiteral("anna (3 Versuche)"));
     QCOMPARE(anna->childCount(), 3);
     QCOMPARE(anna->text(6), QStringLiteral("33,3 % → 50,0 %"));
+    QCOMPARE(anna->text(7), QStringLiteral("zuletzt ") + w->reading().records[4].grade);
     QVERIFY(anna->text(8).contains("→"));
+    QVERIFY(anna->toolTip(0).contains(
+        ClassSummary::trendText(w->reading().records[0], w->reading().records[4])));
     QCOMPARE(texts(anna->child(0)).mid(0, 7),
              (QStringList{"Anna", "20.11.2026", "10:00", "normal", "3", "1", "33,3 %"}));
     QCOMPARE(texts(table->topLevelItem(2)).mid(0, 7),
@@ -102,10 +105,11 @@ void TestOverviewWindow::showsTheClass() {
     QCOMPARE(table->topLevelItem(0)->text(0), QStringLiteral("Ben"));
     QCOMPARE(w->shownTests().first(), 1);
 
-    // Page 1: 4 of 9 right; the bars go bottom up, so page 1 is the last.
+    // Page 1: 4 of 9 right, in whole percents; the bars go bottom up, so
+    // page 1 is the last.
     const QList<qreal> pages = barValues(child<QChartView>(w, "DiagrammSeiten"));
     QCOMPARE(pages.size(), 10);
-    QCOMPARE(pages.last(), 44.4);
+    QCOMPARE(pages.last(), 44.0);
     QCOMPARE(pages[4], 100.0); // page 9, fifth from the bottom
     const QList<qreal> grades = barValues(child<QChartView>(w, "DiagrammNoten"));
     QCOMPARE(grades.size(), 16);

@@ -190,7 +190,7 @@ void writeSampleClass(const QString& folder) {
                         continue;
                     // Hard tasks stay hard; practice helps with the rest.
                     const int chance = (s * 31 + n * 17 + page * 7) % 10;
-                    const bool right = chance >= 3 + (page == 9 || page == 12 ? 2 : 0) - a * 2;
+                    const bool right = chance >= 3 + (page == 9 || page == 12 ? 2 : 0) - a;
                     const int worth = page == 9 ? 2 : 1;
                     p.items.append(
                         {QString::fromUtf8(t.prompt), QString::fromUtf8(t.expected),

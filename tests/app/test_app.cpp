@@ -388,7 +388,7 @@ void TestApp::showsInfo() {
     QVERIFY(answer.text().contains(QStringLiteral("Laborix Test")));
     QVERIFY(answer.text().contains(QStringLiteral("3.0")));
     QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
-    QVERIFY(answer.text().contains(QStringLiteral("Ergebnisordner:\n") +
+    QVERIFY(answer.text().contains(QStringLiteral("Ergebnisordner:\n  ") +
                                    QDir::toNativeSeparators(main->info().resultsFolder())));
 }
 

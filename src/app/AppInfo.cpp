@@ -2,6 +2,7 @@
 
 #include "chem/LegacyText.h"
 #include "controls/NoticeBox.h"
+#include "result/ResultFile.h"
 #include "session/AtomicFile.h"
 
 #include <QApplication>
@@ -11,7 +12,14 @@
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSaveFile>
+#include <QSettings>
 #include <QStandardPaths>
+#include <QSysInfo>
+
+#ifdef Q_OS_UNIX
+#include <pwd.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -26,9 +34,16 @@ QString withSeparator(QString path) {
 
 } // namespace
 
+QString AppInfo::foldersText(const Folders& folders) {
+    return QStringLiteral("Aufgabenordner:\n%1\nPersönlicher Ordner:\n%2\nErgebnisordner:\n%3")
+        .arg(QDir::toNativeSeparators(folders.tasks), QDir::toNativeSeparators(folders.personal),
+             QDir::toNativeSeparators(folders.results));
+}
+
 AppInfo::AppInfo(CommandLine commandLine, QProcessEnvironment environment)
     : m_commandLine(std::move(commandLine)), m_environment(std::move(environment)),
-      m_dataFolder(resolveDataFolder(m_commandLine, m_environment)), m_names(namesPath()) {}
+      m_folders(resolveFolders(m_commandLine, m_environment, readSystemConfig())),
+      m_names(namesPath()) {}
 
 AppInfo::~AppInfo() = default;
 
@@ -37,27 +52,108 @@ QString AppInfo::developerFolder() const {
     return withSeparator(dev.isEmpty() ? QStringLiteral(LABQUIZ_SOURCE_DATA_DIR) : dev);
 }
 
-QString AppInfo::resolveDataFolder(const CommandLine& commandLine,
-                                   const QProcessEnvironment& environment) {
+AppInfo::SystemConfig AppInfo::readSystemConfig() {
+    // The system scope alone: a student's own file must not move the
+    // folders the administrator chose.
+    const QSettings settings(QSettings::NativeFormat, QSettings::SystemScope,
+                             QStringLiteral("Laborix"), QStringLiteral("LabQuiz"));
+    return {settings.value(QStringLiteral("TaskFolder")).toString().trimmed(),
+            settings.value(QStringLiteral("ResultsFolder")).toString().trimmed()};
+}
+
+AppInfo::Folders AppInfo::resolveFolders(const CommandLine& commandLine,
+                                         const QProcessEnvironment& environment,
+                                         const SystemConfig& config) {
+    Folders f;
     const QString forced = environment.value(QStringLiteral("LABQUIZ_DATA"));
-    if (!forced.isEmpty())
-        return withSeparator(forced);
-    if (commandLine.hasDevSwitch()) {
+    const bool oneFolder = !forced.isEmpty() || commandLine.hasDevSwitch();
+    if (!forced.isEmpty()) {
+        f.personal = withSeparator(forced);
+    } else if (commandLine.hasDevSwitch()) {
         const QString dev = environment.value(QStringLiteral("LABQUIZ_DEV_DIR"));
-        return withSeparator(dev.isEmpty() ? QStringLiteral(LABQUIZ_SOURCE_DATA_DIR) : dev);
+        f.personal = withSeparator(dev.isEmpty() ? QStringLiteral(LABQUIZ_SOURCE_DATA_DIR) : dev);
+    } else {
+        QString user = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+        if (user.isEmpty())
+            user = QDir::homePath() + QStringLiteral("/.laborix");
+        f.personal = withSeparator(user);
     }
-    QString user = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    if (user.isEmpty())
-        user = QDir::homePath() + QStringLiteral("/.laborix");
-    return withSeparator(user);
+    auto choose = [&](const char* variable, const QString& configured, const QString& otherwise) {
+        const QString set = environment.value(QLatin1String(variable));
+        if (!set.isEmpty())
+            return withSeparator(set);
+        if (!oneFolder && !configured.isEmpty())
+            return withSeparator(configured);
+        return otherwise;
+    };
+    f.tasks = choose("LABQUIZ_TASKS", config.taskFolder, f.personal);
+    f.results =
+        choose("LABQUIZ_RESULTS", config.resultsFolder, f.personal + QStringLiteral("Ergebnisse/"));
+    return f;
+}
+
+QString AppInfo::accountName(const QProcessEnvironment& environment) {
+    for (const char* variable : {"USER", "LOGNAME", "USERNAME"}) {
+        const QString name = environment.value(QLatin1String(variable));
+        if (!name.isEmpty())
+            return name;
+    }
+#ifdef Q_OS_UNIX
+    if (const passwd* entry = ::getpwuid(::getuid()))
+        return QString::fromLocal8Bit(entry->pw_name);
+    return QString::number(::getuid());
+#else
+    return QStringLiteral("benutzer");
+#endif
+}
+
+QString AppInfo::machineName() {
+    const QString name = QSysInfo::machineHostName();
+    return name.isEmpty() ? QStringLiteral("rechner") : name;
+}
+
+QString AppInfo::lockPath() const {
+    return m_folders.personal + QStringLiteral("laborix-") +
+           ResultFile::safePart(accountName(m_environment), 40) + u'@' +
+           ResultFile::safePart(machineName(), 40) + QStringLiteral(".lock");
+}
+
+QString AppInfo::taskFileOrBuiltIn(const QString& fileName, QString* notice) const {
+    const QString path = m_folders.tasks + fileName;
+    if (!m_folders.separateTasks())
+        return path;
+    const QFileInfo file(path);
+    if (file.isFile() && file.isReadable())
+        return path;
+    if (notice)
+        *notice =
+            QStringLiteral("Im Aufgabenordner %1 %2 die Datei %3; es gilt die eingebaute.")
+                .arg(QDir::toNativeSeparators(m_folders.tasks),
+                     file.exists() ? QStringLiteral("ist nicht lesbar:") : QStringLiteral("fehlt"),
+                     fileName);
+    return QStringLiteral(":/data/") + fileName;
+}
+
+void AppInfo::deliverOutbox() const {
+    ResultFile::deliverOutbox(outboxFolder(), m_folders.results);
+}
+
+CandidateRecords::ResultPlaces AppInfo::resultPlaces() const {
+    return {m_folders.results, outboxFolder(), machineName()};
 }
 
 QString AppInfo::prepareDataFolder() {
     QStringList problems;
-    if (!QDir().mkpath(m_dataFolder))
-        return QStringLiteral("Der Datenordner %1 kann nicht angelegt werden.").arg(m_dataFolder);
-    for (const char* name : {"labquiz.dat", "elements.dat"}) {
-        const QString target = m_dataFolder + QLatin1String(name);
+    if (!QDir().mkpath(m_folders.personal))
+        return QStringLiteral("Der Datenordner %1 kann nicht angelegt werden.")
+            .arg(m_folders.personal);
+    // A task folder of its own belongs to the teacher: nothing is copied
+    // into it, and none of the bank into the personal folder either.
+    const QList<const char*> seeded = m_folders.separateTasks()
+                                          ? QList<const char*>()
+                                          : QList<const char*>{"labquiz.dat", "elements.dat"};
+    for (const char* name : seeded) {
+        const QString target = m_folders.personal + QLatin1String(name);
         if (QFile::exists(target))
             continue;
         // Written whole under a temporary name and then renamed: a second
@@ -69,7 +165,7 @@ QString AppInfo::prepareDataFolder() {
                              copy.write(source.readAll()) == source.size() && copy.commit();
         if (!written && !QFile::exists(target))
             problems << QStringLiteral("%1 konnte nicht nach %2 kopiert werden.")
-                            .arg(QLatin1String(name), m_dataFolder);
+                            .arg(QLatin1String(name), m_folders.personal);
     }
     m_names.load();
     if (m_names.readProblem().refused()) {
@@ -83,7 +179,7 @@ QString AppInfo::prepareDataFolder() {
 bool AppInfo::claimInstance() {
     if (m_unlocked)
         return true;
-    const QString lockPath = m_dataFolder + QStringLiteral("laborix.lock");
+    const QString lockPath = this->lockPath();
     if (!m_lock) {
         m_lock = std::make_unique<QLockFile>(lockPath);
         m_lock->setStaleLockTime(0); // a lock of a crashed instance is recognised by its PID
@@ -97,6 +193,8 @@ bool AppInfo::claimInstance() {
         // half-way is of no use to anyone.
         AtomicFile::removeLeftovers(namesPath());
         AtomicFile::removeLeftovers(logPath());
+        // Results that could not be handed in last time go now.
+        deliverOutbox();
         return true;
     };
     if (take())
@@ -197,9 +295,9 @@ void AppInfo::endSession() {
 void AppInfo::showInfo(QWidget* parent) const {
     NoticeBox box(parent,
                   QStringLiteral("%1\nVersion %2 vom %3\n\nSelbsttest Chemie für die Klassen 8 bis "
-                                 "10.\n\nDatenordner:\n%4")
+                                 "10.\n\n%4")
                       .arg(QLatin1String(kProductName), QLatin1String(kVersion),
-                           QLatin1String(kReleaseDate), QDir::toNativeSeparators(m_dataFolder)),
+                           QLatin1String(kReleaseDate), foldersText(m_folders)),
                   QStringLiteral("Info"), NoticeBox::Buttons::Ok);
     box.setObjectName(QStringLiteral("InfoBox"));
     box.exec();

@@ -171,7 +171,18 @@ void AppMain::buildMenus() {
 bool AppMain::formLoad(AppSplash* splash) {
     // 1. The element table is read now, so that a damaged file is reported
     // at the start; its panel is built when it is first opened.
-    m_elements = ElementTable::load(m_info.elementsPath());
+    QString notice;
+    m_elements =
+        ElementTable::load(m_info.taskFileOrBuiltIn(QStringLiteral("elements.dat"), &notice));
+    if (m_elements.count() == 0 && m_info.folders().separateTasks() && notice.isEmpty()) {
+        // There, but not an element table: the teacher's folder cannot give
+        // one, the program can.
+        notice =
+            m_elements.readProblem() + QStringLiteral(" Es gilt die eingebaute Elementtabelle.");
+        m_elements = ElementTable::load(QStringLiteral(":/data/elements.dat"));
+    }
+    if (!notice.isEmpty())
+        m_loadNotices << notice;
     // 2. Pages, each with its button pair.
     m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
     m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });
@@ -198,7 +209,17 @@ bool AppMain::formLoad(AppSplash* splash) {
     if (m_info.commandLine().hasDevSwitch())
         QDir::setCurrent(m_info.dataFolder());
     // 5. The task bank.
-    m_flow->setBank(TaskBank::LoadTaskBank(m_info.taskBankPath()), m_info.taskBankPath());
+    notice.clear();
+    QString bankPath = m_info.taskFileOrBuiltIn(QStringLiteral("labquiz.dat"), &notice);
+    TaskBank bank = TaskBank::LoadTaskBank(bankPath);
+    if (!bank.fileRead && m_info.folders().separateTasks() && notice.isEmpty()) {
+        notice = bank.readProblem + QStringLiteral(" Es gilt die eingebaute Aufgabendatei.");
+        bankPath = QStringLiteral(":/data/labquiz.dat");
+        bank = TaskBank::LoadTaskBank(bankPath);
+    }
+    if (!notice.isEmpty())
+        m_loadNotices << notice;
+    m_flow->setBank(std::move(bank), bankPath);
     // 6. The remembered level.
     if (m_info.difficulty() >= 0)
         m_startPage->presetLevel(m_info.difficulty());

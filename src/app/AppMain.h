@@ -44,6 +44,8 @@ public:
     bool hasPeriodicTable() const { return m_periodicTable != nullptr; }
     // elements.dat as read at loading; the panel draws this table.
     const ElementTable& elements() const { return m_elements; }
+    // What loading had to tell: a task folder that could not give its files.
+    const QStringList& loadNotices() const { return m_loadNotices; }
     AppInfo& info() { return m_info; }
 
     // How a successor is started and how this instance ends; tests replace both.
@@ -87,6 +89,7 @@ private:
     QLabel* m_streber = nullptr;
     PeriodicTablePanel* m_periodicTable = nullptr;
     ElementTable m_elements;
+    QStringList m_loadNotices;
     Launcher m_launcher;
     std::function<void()> m_exiter;
     std::function<void(AppResult*)> m_resultHook;

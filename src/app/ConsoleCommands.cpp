@@ -61,9 +61,17 @@ QString ConsoleCommands::usageText() {
                "  --help           diese Hilfe zeigen\n"
                "  --version        Version zeigen\n"
                "\n"
-               "Datenordner: der Ordner in LABQUIZ_DATA, sonst mit -DEV der Entwicklerordner,\n"
+               "Ordner:\n"
+               "  Aufgabenordner      labquiz.dat und elements.dat, wird nur gelesen\n"
+               "  Persönlicher Ordner names.ini, laborix.log, Sperrdatei, Ausgang/\n"
+               "  Ergebnisordner      eine Datei je beendetem Test (Standard: Ergebnisse/ im\n"
+               "                      persönlichen Ordner)\n"
+               "Der persönliche Ordner ist LABQUIZ_DATA, sonst mit -DEV der Entwicklerordner,\n"
                "sonst der Programmdatenordner des Benutzers (unter Linux\n"
-               "~/.local/share/Laborix/LabQuiz/).\n");
+               "~/.local/share/Laborix/LabQuiz/); ohne eigene Angabe liegt die Aufgabendatei\n"
+               "dort. LABQUIZ_TASKS und LABQUIZ_RESULTS legen Aufgaben- und Ergebnisordner fest;\n"
+               "für alle Benutzer eines Rechners auch TaskFolder= und ResultsFolder= in\n"
+               "/etc/xdg/Laborix/LabQuiz.conf. Die Umgebung hat Vorrang vor der Datei.\n");
 }
 
 ConsoleCommands::ElementsChoice ConsoleCommands::chooseElements(const QString& bankPath,
@@ -118,7 +126,8 @@ int ConsoleCommands::runCheck(const QStringList& arguments, const QProcessEnviro
     }
 
     const CommandLine commandLine(arguments);
-    QString dataFolder = AppInfo::resolveDataFolder(commandLine, environment);
+    QString dataFolder =
+        AppInfo::resolveFolders(commandLine, environment, AppInfo::readSystemConfig()).tasks;
     QString bankPath;
     if (files.isEmpty()) {
         // The bank the program would use, seeded from the compiled-in copy
@@ -127,7 +136,7 @@ int ConsoleCommands::runCheck(const QStringList& arguments, const QProcessEnviro
         const QString problem = info.prepareDataFolder();
         if (!problem.isEmpty())
             err << problem << '\n';
-        dataFolder = info.dataFolder();
+        dataFolder = info.taskFolder();
         bankPath = info.taskBankPath();
     } else {
         bankPath = files.first();

@@ -58,6 +58,7 @@ QWidget* StartUp(const QStringList& commandLine) {
     QStringList problems;
     if (!problem.isEmpty())
         problems << problem;
+    problems << main->loadNotices();
     if (!main->flow().bank().readProblem.isEmpty())
         problems << main->flow().bank().readProblem;
     const QString elements = main->elements().readProblem();

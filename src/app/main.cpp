@@ -1,3 +1,5 @@
+#include "app/AppInfo.h"
+#include "app/CommandLine.h"
 #include "app/ConsoleCommands.h"
 #include "app/StartUp.h"
 
@@ -40,8 +42,16 @@ int print(const QString& text) {
 int main(int argc, char* argv[]) {
     const QStringList words = wordsOf(argc, argv);
     switch (ConsoleCommands::kindOf(words)) {
-    case ConsoleCommands::Kind::Help:
-        return print(ConsoleCommands::usageText());
+    case ConsoleCommands::Kind::Help: {
+        // No window, but the folders in use need the application's name.
+        QCoreApplication app(argc, argv);
+        nameApplication();
+        const AppInfo::Folders folders =
+            AppInfo::resolveFolders(CommandLine(words), QProcessEnvironment::systemEnvironment(),
+                                    AppInfo::readSystemConfig());
+        return print(ConsoleCommands::usageText() + QStringLiteral("\nIn Gebrauch:\n") +
+                     AppInfo::foldersText(folders) + u'\n');
+    }
     case ConsoleCommands::Kind::Version:
         return print(ConsoleCommands::versionText() + u'\n');
     case ConsoleCommands::Kind::Check: {

@@ -74,10 +74,11 @@ bool AmountPage::judge(Marking& marking) {
     const SessionState& s = state();
     for (int i = 0; i < kQuestions; ++i) {
         QLineEdit* field = m_fields[i];
+        const AnswerItem item{m_questions[i]->text(), s.DrawnAnswers[i], field->text()};
         if (NumberAnswer::matches(field->text(), s.DrawnAnswers[i])) {
-            marking.right(field);
+            marking.right(field, item);
         } else {
-            marking.wrong(field);
+            marking.wrong(field, item);
             field->setText(NumberAnswer::correction(field->text(), s.DrawnAnswers[i]));
         }
         field->setReadOnly(true);

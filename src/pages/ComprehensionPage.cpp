@@ -4,12 +4,17 @@
 #include "controls/Look.h"
 #include "controls/RoundPanel.h"
 #include "pages/Marking.h"
+#include "result/ResultFile.h"
+#include "result/ResultRecord.h"
 #include "session/CandidateRecords.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
 #include <QButtonGroup>
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QEvent>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -149,26 +154,67 @@ bool ComprehensionPage::judge(Marking& marking) {
     SessionState& s = state();
     for (int k = 0; k < kQuestions; ++k) {
         const int e = expectedButton(s.DrawnAnswers[k]);
+        auto word = [](int button) {
+            return button < 0 ? QString()
+                              : (button % 2 == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"));
+        };
+        int chosen = -1;
+        for (int side = 0; side < 2; ++side) {
+            if (m_choices[2 * k + side]->isChecked())
+                chosen = 2 * k + side;
+        }
+        const AnswerItem item{m_statements[k]->text().trimmed(), word(e), word(chosen)};
         if (e >= 0 && m_choices[e]->isChecked()) {
-            marking.right(m_statements[k]);
+            marking.right(m_statements[k], item);
         } else {
             if (e >= 0)
                 m_choices[e]->setChecked(true);
-            marking.wrong(m_statements[k]);
+            marking.wrong(m_statements[k], item);
         }
     }
     for (QAbstractButton* choice : m_choices)
         choice->setEnabled(false);
     JaNein1_Click();
-    s.EndTime = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
-    prepareResult();
+    s.FinishedAt = QDateTime::currentDateTime();
+    s.EndTime = s.FinishedAt.time().toString(QStringLiteral("HH:mm:ss"));
     return marking.rightOnPage() == kQuestions;
+}
+
+void ComprehensionPage::judged() {
+    // Once this last page is in the record, the test is complete.
+    prepareResult();
 }
 
 void ComprehensionPage::prepareResult() {
     m_result = FinalGrade::prepare(state());
-    if (CandidateRecords* records = flow().records())
+    if (CandidateRecords* records = flow().records()) {
         records->log(m_result->historyLine);
+        handIn(*records);
+    }
+}
+
+void ComprehensionPage::handIn(CandidateRecords& records) {
+    const CandidateRecords::ResultPlaces places = records.resultPlaces();
+    if (places.results.isEmpty())
+        return;
+    ResultRecord record = ResultRecord::fromTest(state(), *m_result);
+    record.machine = places.machine;
+    record.bankFile = QFileInfo(flow().bankPath()).fileName();
+    record.bankSha256 = flow().bank().sha256;
+    const ResultFile::HandIn done = ResultFile::handIn(record, places.results, places.outbox,
+                                                       QCoreApplication::applicationPid());
+    if (!done.inOutbox)
+        return;
+    if (done.path.isEmpty())
+        records.message(window(), QStringLiteral("Dein Ergebnis konnte nicht gespeichert werden: "
+                                                 "%1.\n\nBitte sag deiner Lehrkraft Bescheid; "
+                                                 "die Urkunde kannst du trotzdem drucken.")
+                                      .arg(done.why));
+    else
+        records.message(window(), QStringLiteral("Der Ergebnisordner ist gerade nicht erreichbar "
+                                                 "(%1).\n\nDein Ergebnis ist aufbewahrt und wird "
+                                                 "beim nächsten Start abgegeben.")
+                                      .arg(done.why));
 }
 
 const FinalResult& ComprehensionPage::finalResult() {

@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 
+class CandidateRecords;
 class FormulaTextLabel;
 class QAbstractButton;
 class QButtonGroup;
@@ -46,9 +47,12 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    void judged() override;
 
 private:
     void prepareResult();
+    // Leaves the finished test as a result file for the teacher.
+    void handIn(CandidateRecords& records);
 
     std::array<FormulaTextLabel*, kQuestions> m_statements{};
     std::array<QButtonGroup*, kQuestions> m_pairs{};

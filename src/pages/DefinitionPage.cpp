@@ -154,11 +154,15 @@ bool DefinitionPage::judge(Marking& marking) {
         list->setEnabled(false);
         const QString chosen = list->chosenText();
         const QString& expected = state().DrawnAnswers[i];
+        AnswerItem item{m_terms[i]->text().trimmed(), expected.trimmed(), chosen.trimmed()};
         if (ChoiceRules::sameChoice(expected, chosen)) {
             list->setMark(Look::right());
             marking.addCorrect();
+            item.right = true;
+            marking.note(item);
             continue;
         }
+        marking.note(item);
         list->setMark(Look::wrong());
         const int j = ChoiceRules::arrowPosition(list->choices(), chosen);
         if (j >= 0)

@@ -90,21 +90,24 @@ bool ElementPage::judge(Marking& marking) {
     SessionState& s = state();
     for (int i = 0; i < 3; ++i) {
         QLineEdit* field = m_symbols[i];
+        AnswerItem item{m_prompts[i]->text().trimmed(), s.DrawnAnswers[i], field->text()};
         if (AnswerRules::matchesExactly(field->text(), s.DrawnAnswers[i])) {
-            marking.right(field);
+            marking.right(field, item);
         } else {
-            marking.wrong(field);
+            marking.wrong(field, item);
             field->setText(field->text() + kRightIs + s.DrawnAnswers[i]);
         }
     }
     for (int i = 0; i < 3; ++i) {
         QLineEdit* field = m_names[i];
         const QString& key = s.DrawnAnswers[3 + i];
+        const QString readable = AnswerRules::readableAlternatives(key);
+        AnswerItem item{m_prompts[3 + i]->text().trimmed(), readable, field->text()};
         if (AnswerRules::matchesListItem(field->text(), key)) {
-            marking.right(field);
+            marking.right(field, item);
         } else {
-            marking.wrong(field);
-            field->setText(field->text() + kRightIs + AnswerRules::readableAlternatives(key));
+            marking.wrong(field, item);
+            field->setText(field->text() + kRightIs + readable);
         }
         field->setCursorPosition(0);
     }

@@ -157,6 +157,18 @@ void EquationPage::draw() {
     m_fields[0]->setFocus();
 }
 
+QString EquationPage::equationText(int row) const {
+    QString left, right;
+    for (int k = 0; k < 4; ++k) {
+        const QString formula = m_texts[4 * row + k]->formula();
+        if (formula.isEmpty() || m_fields[4 * row + k]->isHidden())
+            continue;
+        QString& side = k < 2 ? left : right;
+        side += (side.isEmpty() ? QString() : QStringLiteral(" + ")) + formula;
+    }
+    return left + QStringLiteral(" = ") + right;
+}
+
 bool EquationPage::judge(Marking& marking) {
     const SessionState& s = state();
     for (QLineEdit* field : m_fields) {
@@ -165,6 +177,15 @@ bool EquationPage::judge(Marking& marking) {
     }
     int points = 0;
     for (int r = 0; r < kRows; ++r) {
+        AnswerItem item{equationText(r), QString(), QString()};
+        for (int k = 0; k < 4; ++k) {
+            const int i = 4 * r + k;
+            if (m_fields[i]->isHidden())
+                continue;
+            const QString sep = item.expected.isEmpty() ? QString() : QStringLiteral(" ");
+            item.expected += sep + s.DrawnAnswers[answerSlot(i)].trimmed();
+            item.given += sep + m_fields[i]->text().trimmed();
+        }
         bool all = true;
         // Hidden slots are compared too: both sides are empty there, so
         // they count as right.
@@ -185,6 +206,8 @@ bool EquationPage::judge(Marking& marking) {
             marking.addCorrect(2);
             points += 2;
         }
+        item.right = all;
+        marking.note(item);
     }
     return points == kTasks;
 }

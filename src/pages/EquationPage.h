@@ -40,6 +40,8 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    // "H2 + O2 = H2O": the equation of a row as the bank writes its formulas.
+    QString equationText(int row) const;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -141,8 +141,15 @@ bool IonChargePage::judge(Marking& marking) {
         // Only a button of the ion's own row can be its answer.
         QRadioButton* right =
             (e >= first && e < first + kCharges) ? m_buttons[static_cast<int>(e)] : nullptr;
+        QString given;
+        for (int i = first; i < first + kCharges; ++i) {
+            if (m_buttons[i]->isChecked())
+                given = m_buttons[i]->text();
+        }
+        const AnswerItem item{m_names[k]->text().trimmed(), right ? right->text() : QString(),
+                              given};
         if (right && right->isChecked()) {
-            marking.right(right);
+            marking.right(right, item);
             continue;
         }
         for (int i = first; i < first + kCharges; ++i) {
@@ -153,7 +160,7 @@ bool IonChargePage::judge(Marking& marking) {
         }
         if (right)
             right->setChecked(true);
-        marking.wrong(m_names[k]);
+        marking.wrong(m_names[k], item);
     }
     return marking.rightOnPage() == kIons;
 }

@@ -3,8 +3,29 @@
 #include "controls/Look.h"
 #include "session/SessionState.h"
 
-Marking::Marking(SessionState& state, int tasks) : m_state(state), m_tasks(tasks) {
+Marking::Marking(SessionState& state, int page, int tasks) : m_state(state), m_tasks(tasks) {
     m_state.TasksSoFar += tasks;
+    m_record.page = page;
+    m_record.title = pageTitle(page);
+}
+
+PageRecord Marking::record() const {
+    PageRecord r = m_record;
+    r.tasks = m_tasks;
+    r.correct = m_rightOnPage;
+    return r;
+}
+
+void Marking::right(QWidget* field, AnswerItem item) {
+    right(field);
+    item.right = true;
+    note(std::move(item));
+}
+
+void Marking::wrong(QWidget* field, AnswerItem item) {
+    wrong(field);
+    item.right = false;
+    note(std::move(item));
 }
 
 void Marking::colourRight(QWidget* field) {

@@ -82,14 +82,21 @@ void MolarMassPage::draw() {
     m_fields[0]->setFocus();
 }
 
+QString MolarMassPage::promptOf(int k) const {
+    const QString name = m_names[k]->text().trimmed();
+    const QString formula = m_formulas[k]->isVisibleTo(this) ? m_formulas[k]->formula() : QString();
+    return formula.isEmpty() ? name : name + QStringLiteral(" (") + formula + u')';
+}
+
 bool MolarMassPage::judge(Marking& marking) {
     const SessionState& s = state();
     for (int k = 0; k < kQuestions; ++k) {
         QLineEdit* field = m_fields[k];
+        const AnswerItem item{promptOf(k), s.DrawnAnswers[k], field->text()};
         if (NumberAnswer::matches(field->text(), s.DrawnAnswers[k])) {
-            marking.right(field);
+            marking.right(field, item);
         } else {
-            marking.wrong(field);
+            marking.wrong(field, item);
             field->setText(NumberAnswer::correction(field->text(), s.DrawnAnswers[k]));
         }
         field->setReadOnly(true);

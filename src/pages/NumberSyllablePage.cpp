@@ -98,10 +98,11 @@ bool NumberSyllablePage::judge(Marking& marking) {
         const QString& expected = s.DrawnAnswers[i];
         const bool right =
             i < 2 ? numberRight(field->text(), expected) : syllableRight(field->text(), expected);
+        const AnswerItem item{m_prompts[i]->text().trimmed(), expected, field->text()};
         if (right) {
-            marking.right(field);
+            marking.right(field, item);
         } else {
-            marking.wrong(field);
+            marking.wrong(field, item);
             field->setText(correction(field->text(), expected));
         }
         field->setReadOnly(true);

@@ -12,6 +12,7 @@
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDate>
+#include <QDateTime>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -229,9 +230,9 @@ void StartPage::OkS0_Click() {
     const QString typed = m_name->text();
     m_info.addName(typed);
     state.CandidateName = typed;
-    const QDate today = QDate::currentDate();
-    state.TestDate = today.toString(QStringLiteral("MM-dd-yyyy"));
-    state.StartTime = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
+    state.StartedAt = QDateTime::currentDateTime();
+    state.TestDate = state.StartedAt.date().toString(QStringLiteral("MM-dd-yyyy"));
+    state.StartTime = state.StartedAt.time().toString(QStringLiteral("HH:mm:ss"));
 
     m_info.logStart(QStringLiteral("-> ") + QString::number(state.ExpertLevel) +
                         QStringLiteral(" Start von: ") + state.CandidateName +

@@ -187,12 +187,15 @@ bool SubstancePage::judge(Marking& marking) {
         QLineEdit* field = m_inputs[i]->edit();
         field->setReadOnly(true);
         field->setCursorPosition(0);
+        const QString right = correction(s.DrawnAnswers[i]);
+        const AnswerItem item{i < kFormulaTasks ? m_names[i]->text().trimmed()
+                                                : m_formulas[i]->formula(),
+                              right, field->text()};
         if (accepts(field->text(), s.DrawnAnswers[i])) {
-            marking.right(field);
+            marking.right(field, item);
             continue;
         }
-        marking.wrong(field);
-        const QString right = correction(s.DrawnAnswers[i]);
+        marking.wrong(field, item);
         if (i < kFormulaTasks)
             static_cast<FormulaLabel*>(m_corrections[i])->setFormula(right);
         else

@@ -249,7 +249,7 @@ void TaskPage::check() {
     if (m_checked)
         return;
     m_checked = true;
-    Marking marking(state(), taskCount());
+    Marking marking(state(), pageNumber(), taskCount());
     bool praise = false;
     {
         const LayoutPause pause(this);
@@ -257,6 +257,8 @@ void TaskPage::check() {
         m_ok->hide();
         m_next->show();
     }
+    state().Pages.append(marking.record());
+    judged();
     if (praise) {
         m_flow.PlayJingle(QString::fromLatin1(TestFlow::kJingle));
         m_flow.ShowPraise(m_buttonNumber);

@@ -58,6 +58,8 @@ protected:
     virtual void draw() = 0;
     // Judges the answers; returns true when the page earns the praise.
     virtual bool judge(Marking& marking) = 0;
+    // The page's record is in the session now: what follows a check.
+    virtual void judged() {}
     // Further reasons why the bank cannot serve the page; empty when it can.
     virtual QString extraBankProblem() const { return {}; }
     // "&Weiter" was pressed: what the page tidies up before the next one

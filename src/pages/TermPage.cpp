@@ -113,7 +113,10 @@ bool TermPage::judge(Marking& marking) {
     for (int k = 0; k < kQuestions; ++k) {
         ChoiceList* list = m_lists[k];
         list->setEnabled(false);
-        if (ChoiceRules::sameChoice(state().DrawnAnswers[k], list->chosenText())) {
+        const bool right = ChoiceRules::sameChoice(state().DrawnAnswers[k], list->chosenText());
+        marking.note({m_definitions[k]->text().trimmed(), state().DrawnAnswers[k].trimmed(),
+                      list->chosenText().trimmed(), right});
+        if (right) {
             list->setMark(Look::right());
             marking.addCorrect();
         } else {

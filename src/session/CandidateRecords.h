@@ -6,9 +6,9 @@ class NamesFile;
 class QWidget;
 
 // What the pages keep about candidates and say to them: the list of earlier
-// names with the remembered level, the session log a teacher reads, and the
-// program's notices. The application-information object provides it; pages
-// and the result form see only this, so they need nothing of the start-up.
+// names with the remembered level, the session log a teacher reads, where
+// results are handed in, and the program's notices. The application-information object provides it;
+// pages and the result form see only this, so they need nothing of the start-up.
 class CandidateRecords {
 public:
     virtual ~CandidateRecords() = default;
@@ -23,4 +23,13 @@ public:
     virtual void logStart(const QString& record, const QString& name) = 0;
 
     virtual void message(QWidget* parent, const QString& text) const = 0;
+
+    // Where a finished test is handed in, and the outbox in the personal
+    // folder that keeps it while the results folder cannot be reached.
+    struct ResultPlaces {
+        QString results;
+        QString outbox;
+        QString machine;
+    };
+    virtual ResultPlaces resultPlaces() const = 0;
 };

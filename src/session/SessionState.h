@@ -1,5 +1,9 @@
 #pragma once
 
+#include "session/TestRecord.h"
+
+#include <QDateTime>
+#include <QList>
 #include <QString>
 #include <array>
 
@@ -16,6 +20,11 @@ struct SessionState {
     QString TestDate; // mm-dd-yyyy
     QString StartTime;
     QString EndTime;
+    // The same moments for the result file, with their dates.
+    QDateTime StartedAt;
+    QDateTime FinishedAt;
+    // Every checked page with its tasks, in the order of the test.
+    QList<PageRecord> Pages;
     // Expected answers of the page on show; each page overwrites its slots.
     std::array<QString, kAnswerSlots> DrawnAnswers;
     int PreviousPage = 0;

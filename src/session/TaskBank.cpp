@@ -1,5 +1,7 @@
 #include "session/TaskBank.h"
 
+#include <QCryptographicHash>
+
 #include "chem/LegacyText.h"
 #include "chem/TextLines.h"
 #include "session/TextRules.h"
@@ -84,14 +86,17 @@ int TaskBank::basicCount(Section s) const {
 
 TaskBank TaskBank::LoadTaskBank(const QString& path) {
     LegacyText::ReadProblem problem;
-    const std::optional<QString> text = LegacyText::readFile(path, &problem);
-    if (!text) {
+    const std::optional<QByteArray> bytes = LegacyText::readBytes(path, &problem);
+    if (!bytes) {
         TaskBank empty;
         empty.fileRead = false;
         empty.readProblem = problem.text;
         return empty;
     }
-    return fromText(*text);
+    TaskBank bank = fromText(LegacyText::decode(*bytes));
+    bank.sha256 =
+        QString::fromLatin1(QCryptographicHash::hash(*bytes, QCryptographicHash::Sha256).toHex());
+    return bank;
 }
 
 TaskBank TaskBank::fromText(QStringView text) {

@@ -124,6 +124,9 @@ public:
     // Why it was not read (German), e.g. a pipe or a file far too large.
     QString readProblem;
     int linesRead = 0;
+    // SHA-256 of the file's bytes in hex, so that a result names the bank
+    // it was drawn from; empty when the file was not read.
+    QString sha256;
 
     // Reads labquiz.dat. Never fails: whatever could be read is there, the
     // rest stays empty, and reading stops at the end of the file.

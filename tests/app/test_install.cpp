@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "app/AppInfo.h"
 #include <QDir>
 #include <QSettings>
 #include <QStandardPaths>
@@ -125,7 +126,7 @@ void TestInstall::installsAndRunsFromPrefix() {
     window.start(program, {});
     QVERIFY(window.waitForStarted());
     // The lock is taken once the main window has loaded.
-    const QString lock = QDir(windowData.path()).filePath(QStringLiteral("laborix.lock"));
+    const QString lock = AppInfo(CommandLine(), env).lockPath();
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(lock), 30000);
     QVERIFY(QFile::exists(QDir(windowData.path()).filePath(QStringLiteral("elements.dat"))));
     QTest::qWait(300);

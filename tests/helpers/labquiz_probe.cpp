@@ -12,6 +12,9 @@
 //   READY <names> <log> <pid>  (--write) names read, last log line number
 //                        found, and the writing process
 //   GONE <status>        (--write-server) the writing child has ended
+//   WROTE <path>         (--results) a result file was handed in
+//   OUTBOX <path>        (--results) it went to the outbox instead
+//   FAILED <why>         (--results) it went nowhere
 //
 // Line breaks in texts are written as "\n".
 //
@@ -19,6 +22,8 @@
 //                 [--pages] [--stay MS] [-- ARGS FOR THE PROGRAM]
 //   labquiz_probe --write [--limit N]
 //   labquiz_probe --write-server
+//   labquiz_probe --results DIR [--outbox DIR] [--count N] [--at FILE]
+//                 [--name NAME] [--server]
 //
 // --no-override   drop the capabilities that let root ignore file rights,
 //                 so that a read-only folder is read-only for root too
@@ -29,24 +34,34 @@
 // --write-server  for each line on standard input, starts a fresh process
 //                 (a fork, so without loading the libraries again) that does
 //                 what --write does, and says GONE when it has been killed
+// --results       no window: hands in N result files (0: until killed) into
+//                 DIR, waiting first until FILE exists when --at is given;
+//                 with --server, a forked child does that for each line on
+//                 standard input and says READY with its pid first
 #include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
 #include "chem/LegacyText.h"
 #include "pages/TaskPage.h"
+#include "result/ResultFile.h"
+#include "result/ResultRecord.h"
 #include "session/TestFlow.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDateTime>
 #include <QDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcessEnvironment>
 #include <QPushButton>
+#include <QThread>
 #include <QTimer>
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 #ifdef Q_OS_LINUX
@@ -170,7 +185,49 @@ int writeLoop(int limit) {
     return 0;
 }
 
-int writeServer() {
+// A result of a whole test: ten pages of six tasks, every second one wrong.
+ResultRecord sampleResult(const QString& name) {
+    ResultRecord r;
+    r.program = QStringLiteral("Laborix Test 3.0");
+    r.machine = QStringLiteral("probe");
+    r.candidate = name;
+    r.started = QDateTime::currentDateTime().addSecs(-1500);
+    r.finished = QDateTime::currentDateTime();
+    r.grade = QStringLiteral("ausreichend");
+    r.points = 5;
+    for (int page : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
+        PageRecord p{page, pageTitle(page), 6, 0, {}};
+        for (int i = 0; i < 6; ++i) {
+            const bool right = i % 2 == 0;
+            p.items.append(
+                {QStringLiteral("Aufgabe %1 mit etwas Text, damit die Datei wächst").arg(i),
+                 QStringLiteral("Na"), right ? QStringLiteral("Na") : QStringLiteral("na"), right});
+            p.correct += right;
+        }
+        r.tasks += p.tasks;
+        r.correct += p.correct;
+        r.pages.append(p);
+    }
+    return r;
+}
+
+int resultLoop(const QString& folder, const QString& outbox, int count, const QString& at,
+               const QString& name) {
+    while (!at.isEmpty() && !QFileInfo::exists(at))
+        QThread::usleep(500);
+    const ResultRecord record = sampleResult(name);
+    for (int i = 0; count == 0 || i < count; ++i) {
+        const ResultFile::HandIn done =
+            ResultFile::handIn(record, folder, outbox, QCoreApplication::applicationPid());
+        if (done.path.isEmpty())
+            say(QStringLiteral("FAILED ") + done.why);
+        else if (count != 0)
+            say((done.inOutbox ? QStringLiteral("OUTBOX ") : QStringLiteral("WROTE ")) + done.path);
+    }
+    return 0;
+}
+
+int forkServer(const std::function<int()>& work) {
 #ifdef Q_OS_LINUX
     char line[64];
     while (std::fgets(line, sizeof line, stdin)) {
@@ -178,7 +235,7 @@ int writeServer() {
         if (child < 0)
             return 6;
         if (child == 0)
-            _exit(writeLoop(0));
+            _exit(work());
         int status = 0;
         // Reaped before the next child starts, so that the lock's owner is
         // gone for good and not a zombie that still counts as running.
@@ -216,7 +273,21 @@ int main(int argc, char** argv) {
     }
     if (args.contains(QStringLiteral("--write-server"))) {
         QCoreApplication app(argc, argv);
-        return writeServer();
+        return forkServer([] { return writeLoop(0); });
+    }
+    if (args.contains(QStringLiteral("--results"))) {
+        QCoreApplication app(argc, argv);
+        const QString name = value("--name").isEmpty() ? candidate(0) : value("--name");
+        auto loop = [&] {
+            return resultLoop(value("--results"), value("--outbox"), value("--count").toInt(),
+                              value("--at"), name);
+        };
+        if (!args.contains(QStringLiteral("--server")))
+            return loop();
+        return forkServer([&] {
+            say(QStringLiteral("READY 0 0 %1").arg(QCoreApplication::applicationPid()));
+            return loop();
+        });
     }
 
     QApplication app(argc, argv);

@@ -18,6 +18,7 @@ public:
     void log(const QString& line) override { lines << line; }
     void logStart(const QString& record, const QString&) override { lines << record; }
     void message(QWidget*, const QString&) const override {}
+    ResultPlaces resultPlaces() const override { return {}; }
     QStringList lines;
 
 private:

@@ -5,12 +5,17 @@
 //   an empty Qt main window shown the same way.
 //   drawing and checking each task page (GenerateTest and "&OK") on the shipped
 //   task bank.
-// Usage: labquiz_bench [--records N] [--runs N]
+//   reading and summarising a folder of result files for the teacher's
+//   overview, against just reading the same files' bytes.
+// Usage: labquiz_bench [--records N] [--runs N] [--results N] [--results-only]
 
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "chem/LegacyText.h"
+#include "overview/ClassSummary.h"
+#include "overview/ResultFolder.h"
 #include "pages/TaskPage.h"
+#include "result/FinalGrade.h"
 #include "result/ResultFile.h"
 #include "result/ResultRecord.h"
 #include "session/RandomSource.h"
@@ -339,6 +344,96 @@ std::vector<StartFigures> measureStarts(const QString& self, const QList<StartMo
 
 } // namespace
 
+// A class's worth of result files, many times over: ten pages of six tasks
+// each, the prompts drawn from a pool as a task bank would give them, a
+// third of the answers wrong.
+void writeResultFiles(const QString& folder, int count) {
+    const QDateTime start(QDate(2026, 9, 1), QTime(8, 0));
+    for (int n = 0; n < count; ++n) {
+        ResultRecord r;
+        r.program = QStringLiteral("Laborix Test 3.0");
+        r.machine = QStringLiteral("pc-%1").arg(n % 30, 2, 10, QLatin1Char('0'));
+        r.candidate = QStringLiteral("Schüler Nummer %1").arg(n % 600);
+        r.expert = n % 5 == 0;
+        r.started = start.addSecs(qint64(n) * 600);
+        r.finished = r.started.addSecs(1500);
+        r.bankFile = QStringLiteral("labquiz.dat");
+        r.bankSha256 = QString(64, u'a');
+        for (int page : ClassSummary::kPageOrder) {
+            PageRecord p{page, pageTitle(page), 0, 0, {}};
+            for (int i = 0; i < 6; ++i) {
+                const int task = (n * 7 + i * 13 + page) % 120;
+                const bool right = (n + i + page) % 3 != 0;
+                p.items.append({QStringLiteral("Aufgabe %1 der Seite %2").arg(task).arg(page),
+                                QStringLiteral("Antwort %1").arg(task),
+                                right ? QStringLiteral("Antwort %1").arg(task)
+                                      : QStringLiteral("falsch %1").arg(task % 4),
+                                right});
+                p.tasks += 1;
+                p.correct += right;
+            }
+            r.tasks += p.tasks;
+            r.correct += p.correct;
+            r.pages.append(p);
+        }
+        r.grade = FinalGrade::gradeWord(r.correct, r.tasks);
+        r.points = FinalGrade::stepOf(r.grade);
+        QFile f(QDir(folder).filePath(QStringLiteral("r%1.json").arg(n, 6, 10, QLatin1Char('0'))));
+        f.open(QIODevice::WriteOnly);
+        f.write(r.toJson());
+    }
+}
+
+struct ResultFigures {
+    double floorMs = 0, programMs = 0, summaryMs = 0, mib = 0;
+    int tests = 0;
+};
+
+// The floor lists the folder and reads every file's bytes, one after the
+// other; the program lists, reads, checks and summarises them all.
+ResultFigures measureResults(int count, int runs) {
+    QTemporaryDir dir;
+    writeResultFiles(dir.path(), count);
+    std::vector<double> floorMs, programMs, summaryMs;
+    ResultFigures f;
+    for (int r = 0; r < runs; ++r) {
+        QElapsedTimer t;
+        t.start();
+        qint64 bytes = 0;
+        for (const QString& name : QDir(dir.path()).entryList(QDir::Files)) {
+            QFile file(dir.filePath(name));
+            file.open(QIODevice::ReadOnly);
+            bytes += file.readAll().size();
+        }
+        floorMs.push_back(t.nsecsElapsed() / 1e6);
+        f.mib = bytes / (1024.0 * 1024.0);
+        t.restart();
+        const ResultFolder::Reading reading = ResultFolder::read(dir.path());
+        const qint64 read = t.nsecsElapsed();
+        const ClassSummary summary = ClassSummary::of(reading.records);
+        programMs.push_back(t.nsecsElapsed() / 1e6);
+        summaryMs.push_back((t.nsecsElapsed() - read) / 1e6);
+        f.tests = int(summary.tests.size());
+    }
+    f.floorMs = median(floorMs);
+    f.programMs = median(programMs);
+    f.summaryMs = median(summaryMs);
+    return f;
+}
+
+void printResults(QTextStream& out, const ResultFigures& f, int count) {
+    out << QStringLiteral("\nteacher's overview: %1 result files (%2 MiB), %3 tests summarised\n"
+                          "  read, check and summarise %4 ms (of which summarising %7 ms); just "
+                          "reading the bytes %5 ms; ratio %6 x; target: under 1000 ms\n")
+               .arg(count)
+               .arg(f.mib, 0, 'f', 1)
+               .arg(f.tests)
+               .arg(f.programMs, 0, 'f', 1)
+               .arg(f.floorMs, 0, 'f', 1)
+               .arg(f.programMs / f.floorMs, 0, 'f', 2)
+               .arg(f.summaryMs, 0, 'f', 1);
+}
+
 int main(int argc, char* argv[]) {
     if (argc >= 2 &&
         (qstrcmp(argv[1], "--child-program") == 0 || qstrcmp(argv[1], "--child-empty") == 0 ||
@@ -358,12 +453,20 @@ int main(int argc, char* argv[]) {
     QCoreApplication app(argc, argv);
     int records = 1'000'000;
     int runs = 5;
+    int results = 10'000;
     const QStringList args = app.arguments();
     for (int i = 1; i + 1 < args.size(); ++i) {
         if (args[i] == QLatin1String("--records"))
             records = args[i + 1].toInt();
         if (args[i] == QLatin1String("--runs"))
             runs = std::max(1, args[i + 1].toInt());
+        if (args[i] == QLatin1String("--results"))
+            results = std::max(1, args[i + 1].toInt());
+    }
+    if (args.contains(QStringLiteral("--results-only"))) {
+        QTextStream out(stdout);
+        printResults(out, measureResults(results, runs), results);
+        return 0;
     }
 
     QTemporaryDir dir;
@@ -572,6 +675,7 @@ int main(int argc, char* argv[]) {
                    .arg(sf[2].toDouble() / 1000.0, 0, 'f', 2)
                    .arg(sf[3].toDouble() / 1000.0, 0, 'f', 2)
                    .arg(sf[4].toDouble() / 1000.0, 0, 'f', 2);
+    printResults(out, measureResults(results, runs), results);
     out << "(checksum " << sum % 1000 << ")\n";
     return 0;
 }

@@ -13,6 +13,7 @@
 #include "controls/NoticeBox.h"
 #include "controls/PeriodicTableView.h"
 #include "controls/PraisePanel.h"
+#include "overview/OverviewWindow.h"
 #include "pages/ComprehensionPage.h"
 #include "pages/PageSet.h"
 #include "pages/StartPage.h"
@@ -148,6 +149,10 @@ void AppMain::buildMenus() {
     QAction* fileNew = program->addAction(QStringLiteral("&Neuer Test"));
     fileNew->setObjectName(QStringLiteral("mnu_FileNew"));
     connect(fileNew, &QAction::triggered, this, &AppMain::mnu_FileNew_Click);
+    QAction* overview = program->addAction(QStringLiteral("&Ergebnisse auswerten …"));
+    overview->setObjectName(QStringLiteral("mnu_FileOverview"));
+    connect(overview, &QAction::triggered, this, &AppMain::mnu_FileOverview_Click);
+    program->addSeparator();
     QAction* quit = program->addAction(QStringLiteral("&Beenden"));
     quit->setObjectName(QStringLiteral("M_P_ENDE"));
     connect(quit, &QAction::triggered, this, &AppMain::M_P_ENDE_Click);
@@ -275,6 +280,18 @@ void AppMain::showResult() {
     if (quit || m_quitting)
         return;
     mnu_FileNew_Click();
+}
+
+void AppMain::mnu_FileOverview_Click() {
+    // One overview at a time; asked again, the open one comes to the front.
+    if (!m_overview) {
+        m_overview = new OverviewWindow(m_info.resultsFolder(), &m_info.names(), this);
+        m_overview->setAttribute(Qt::WA_DeleteOnClose);
+        m_overview->openFolder(m_overview->startFolder());
+    }
+    m_overview->show();
+    m_overview->raise();
+    m_overview->activateWindow();
 }
 
 void AppMain::M_P_ENDE_Click() {

@@ -3,6 +3,7 @@
 #include "chem/ElementTable.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -14,6 +15,7 @@ class QAction;
 class QLabel;
 class FadeBar;
 class GradeMark;
+class OverviewWindow;
 class PeriodicTablePanel;
 class StartPage;
 class TestFlow;
@@ -59,6 +61,8 @@ public:
 
     // Menu commands.
     void mnu_FileNew_Click();
+    // "Ergebnisse auswerten": the teacher's overview of the results folder.
+    void mnu_FileOverview_Click();
     void M_P_ENDE_Click();
     void M_H_INFO_Click();
     void M_H_P2_Click();
@@ -88,6 +92,7 @@ private:
     StartPage* m_startPage = nullptr;
     QLabel* m_streber = nullptr;
     PeriodicTablePanel* m_periodicTable = nullptr;
+    QPointer<OverviewWindow> m_overview;
     ElementTable m_elements;
     QStringList m_loadNotices;
     Launcher m_launcher;

@@ -2,6 +2,7 @@
 
 #include "app/AppInfo.h"
 #include "app/CommandLine.h"
+#include "app/OverviewCommand.h"
 #include "checker/BankChecker.h"
 
 #include <QDir>
@@ -27,6 +28,8 @@ ConsoleCommands::Kind ConsoleCommands::kindOf(const QStringList& arguments) {
         return Kind::Version;
     if (arguments.contains(kCheck))
         return Kind::Check;
+    if (arguments.contains(QLatin1String(OverviewCommand::kSwitch)))
+        return arguments.contains(QStringLiteral("--csv")) ? Kind::OverviewCsv : Kind::Overview;
     return Kind::Window;
 }
 
@@ -43,6 +46,8 @@ QString ConsoleCommands::usageText() {
                "\n"
                "Aufruf: labquiz [-DEV] [/NEW]\n"
                "        labquiz --check [DATEI]\n"
+               "        labquiz --auswertung [ORDNER] [--csv DATEI|-] [--von JJJJ-MM-TT]\n"
+               "                [--bis JJJJ-MM-TT]\n"
                "        labquiz --help | --version\n"
                "\n"
                "Ohne Schalter öffnet sich das Programm mit seiner Startseite.\n"
@@ -58,6 +63,19 @@ QString ConsoleCommands::usageText() {
                "                   Rückgabewert: 0 ohne Fehler (Warnungen erlaubt), 1 bei\n"
                "                   Fehlern, 2 wenn die Datei nicht lesbar ist oder die Angaben\n"
                "                   nicht stimmen\n"
+               "  --auswertung [ORDNER]\n"
+               "                   Ergebnisse auswerten: liest jede Ergebnisdatei des Ordners\n"
+               "                   (ohne ORDNER den Ergebnisordner in Gebrauch) und öffnet das\n"
+               "                   Fenster mit Klassentabelle, Stärken und Schwächen und den\n"
+               "                   schwierigsten Aufgaben\n"
+               "    --csv DATEI|-  statt des Fensters die Klassentabelle als CSV für deutsche\n"
+               "                   Tabellenkalkulationen schreiben (- für die Ausgabe), ohne\n"
+               "                   Anzeige. Rückgabewert: 0 wenn alle Dateien gelesen wurden,\n"
+               "                   1 wenn welche übersprungen wurden (jede mit Grund auf der\n"
+               "                   Fehlerausgabe), 2 wenn der Ordner nicht lesbar ist oder die\n"
+               "                   Angaben nicht stimmen\n"
+               "    --von JJJJ-MM-TT, --bis JJJJ-MM-TT\n"
+               "                   nur Tests ab oder bis zu diesem Tag\n"
                "  --help           diese Hilfe zeigen\n"
                "  --version        Version zeigen\n"
                "\n"

@@ -7,11 +7,13 @@
 class QTextStream;
 
 // What the program does in a terminal instead of opening its window:
-// "--help", "--version" and "--check [FILE]". None of them needs a display,
-// so main() looks at them before any GUI object exists.
+// "--help", "--version", "--check [FILE]" and "--auswertung … --csv". None of
+// them needs a display, so main() looks at them before any GUI object exists.
+// "--auswertung" without "--csv" opens the teacher's overview instead of the
+// test.
 class ConsoleCommands final {
 public:
-    enum class Kind { Window, Help, Version, Check };
+    enum class Kind { Window, Help, Version, Check, Overview, OverviewCsv };
 
     // Exit codes of --check.
     static constexpr int kCheckClean = 0;     // no errors (warnings allowed)
@@ -19,7 +21,8 @@ public:
     static constexpr int kCheckCannotRun = 2; // file unreadable or arguments wrong
 
     // arguments: the command line without the program's name. --help wins
-    // over --version, and both over --check; anything else opens the window.
+    // over --version, both over --check, and all three over --auswertung;
+    // anything else opens the window.
     static Kind kindOf(const QStringList& arguments);
 
     static QString versionText(); // "Laborix Test 3.0 (28.03.2006)"

@@ -3,9 +3,12 @@
 #include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
+#include "app/OverviewCommand.h"
 #include "controls/ButtonEnterKey.h"
 #include "controls/GermanQtTexts.h"
 #include "controls/Look.h"
+#include "overview/OverviewWindow.h"
+#include "session/NamesFile.h"
 #include "session/TestFlow.h"
 
 #include <QApplication>
@@ -24,20 +27,57 @@ private:
     std::unique_ptr<AppInfo> m_info;
 };
 
+// The overview's remembered folder lives in the personal names.ini; the
+// window keeps the file it reads through this holder.
+class NamesHolder final : public QObject {
+public:
+    NamesHolder(QObject* parent, const QString& path) : QObject(parent), names(path) {}
+    NamesFile names;
+};
+
+void prepareApplication() {
+    if (!qApp)
+        return;
+    // Once per application: tests start several windows in one process.
+    if (!qApp->findChild<GermanQtTexts*>())
+        QCoreApplication::installTranslator(new GermanQtTexts(qApp));
+    Look::install();
+    ButtonEnterKey::install(qApp);
+}
+
+// Arguments after the program's own name form the command line.
+QStringList withoutProgram(QStringList commandLine) {
+    if (!commandLine.isEmpty())
+        commandLine.removeFirst();
+    return commandLine;
+}
+
 } // namespace
 
-QWidget* StartUp(const QStringList& commandLine) {
-    if (qApp) {
-        // Once per application: tests start several windows in one process.
-        if (!qApp->findChild<GermanQtTexts*>())
-            QCoreApplication::installTranslator(new GermanQtTexts(qApp));
-        Look::install();
-        ButtonEnterKey::install(qApp);
+QWidget* StartOverview(const QStringList& commandLine, QString* error) {
+    const QStringList arguments = withoutProgram(commandLine);
+    const OverviewCommand::Arguments words = OverviewCommand::parse(arguments);
+    if (!words.error.isEmpty()) {
+        if (error)
+            *error = words.error;
+        return nullptr;
     }
-    // Arguments after the program's own name form the command line.
-    QStringList arguments = commandLine;
-    if (!arguments.isEmpty())
-        arguments.removeFirst();
+    prepareApplication();
+    const AppInfo info(CommandLine(arguments), QProcessEnvironment::systemEnvironment());
+    auto* window = new OverviewWindow(info.resultsFolder(), nullptr);
+    auto* holder = new NamesHolder(window, info.namesPath());
+    holder->names.load();
+    window->setRememberedIn(&holder->names);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->presetDates(words.from, words.to);
+    window->openFolder(words.folder.isEmpty() ? window->startFolder() : words.folder);
+    window->show();
+    return window;
+}
+
+QWidget* StartUp(const QStringList& commandLine) {
+    prepareApplication();
+    const QStringList arguments = withoutProgram(commandLine);
 
     auto splash = std::make_unique<AppSplash>();
     splash->show();

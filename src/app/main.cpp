@@ -1,10 +1,12 @@
 #include "app/AppInfo.h"
 #include "app/CommandLine.h"
 #include "app/ConsoleCommands.h"
+#include "app/OverviewCommand.h"
 #include "app/StartUp.h"
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QFile>
 #include <QProcessEnvironment>
 #include <QStringList>
 #include <QTextStream>
@@ -60,6 +62,25 @@ int main(int argc, char* argv[]) {
         QTextStream out(stdout);
         QTextStream err(stderr);
         return ConsoleCommands::runCheck(words, QProcessEnvironment::systemEnvironment(), out, err);
+    }
+    case ConsoleCommands::Kind::OverviewCsv: {
+        QCoreApplication app(argc, argv);
+        nameApplication();
+        QFile out;
+        out.open(stdout, QIODevice::WriteOnly);
+        QTextStream err(stderr);
+        return OverviewCommand::runCsv(words, QProcessEnvironment::systemEnvironment(), out, err);
+    }
+    case ConsoleCommands::Kind::Overview: {
+        QApplication app(argc, argv);
+        nameApplication();
+        QGuiApplication::setDesktopFileName(QStringLiteral("de.laborix.LabQuiz"));
+        QString error;
+        if (!StartOverview(QApplication::arguments(), &error)) {
+            QTextStream(stderr) << QStringLiteral("labquiz --auswertung: ") << error << '\n';
+            return OverviewCommand::kCannotRun;
+        }
+        return app.exec();
     }
     case ConsoleCommands::Kind::Window:
         break;

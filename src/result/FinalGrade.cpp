@@ -47,13 +47,25 @@ QString FinalGrade::gradeWord(int correct, int tasks) {
     return gradeWord(Grades::ratio(correct, tasks));
 }
 
-int FinalGrade::expressionOf(const QString& gradeWord) {
+QStringList FinalGrade::gradeWords() {
+    QStringList words;
+    for (const Step& s : kSteps)
+        words << QString::fromUtf8(s.word);
+    return words;
+}
+
+int FinalGrade::stepOf(const QString& gradeWord) {
     const QString lower = gradeWord.toLower();
-    for (const Step& s : kSteps) {
-        if (lower == QString::fromUtf8(s.word))
-            return s.expression;
+    for (std::size_t i = 0; i < kSteps.size(); ++i) {
+        if (lower == QString::fromUtf8(kSteps[i].word))
+            return int(i);
     }
-    return kNoExpression;
+    return -1;
+}
+
+int FinalGrade::expressionOf(const QString& gradeWord) {
+    const int step = stepOf(gradeWord);
+    return step < 0 ? kNoExpression : kSteps[std::size_t(step)].expression;
 }
 
 int FinalGrade::gradeNumber(const QString& mark) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 struct SessionState;
 
@@ -28,6 +29,10 @@ public:
     // greater thresholds as the running grade.
     static QString gradeWord(float ratio);
     static QString gradeWord(int correct, int tasks);
+    // The sixteen words from "ungenügend" (step 0) to "sehr gut plus" (15).
+    static QStringList gradeWords();
+    // The step of a grade word, compared in lower case; -1 for none of them.
+    static int stepOf(const QString& gradeWord);
     // The expression for a grade word, compared in lower case; kNoExpression
     // when the word is none of the sixteen.
     static int expressionOf(const QString& gradeWord);

@@ -86,7 +86,8 @@ QString NamesFile::unescape(QStringView text) {
     return out;
 }
 
-QString NamesFile::parse(const QString& text, QStringList* names, int* difficulty) {
+QString NamesFile::parse(const QString& text, QStringList* names, int* difficulty,
+                         QString* overviewFolder) {
     enum class Part { None, Settings, Names } part = Part::None;
     TextLines lines(text);
     QStringView line;
@@ -114,6 +115,12 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
                 *difficulty = v;
             continue;
         }
+        if (eq >= 0 && key.compare(u"AUSWERTUNG", Qt::CaseInsensitive) == 0 &&
+            line.isValidUtf16()) {
+            if (overviewFolder)
+                *overviewFolder = unescape(line.mid(eq + 1).trimmed()).trimmed();
+            continue;
+        }
         // Half a UTF-16 pair (from a damaged "Unicode" file) is no text: it
         // could not be written back as it was read.
         if (eq >= 0 && key.compare(u"Name", Qt::CaseInsensitive) == 0 && line.isValidUtf16()) {
@@ -138,10 +145,11 @@ QString NamesFile::parse(const QString& text, QStringList* names, int* difficult
 bool NamesFile::load() {
     m_names.clear();
     m_difficulty = -1;
+    m_overviewFolder.clear();
     const std::optional<QString> text = LegacyText::readFile(m_path, &m_readProblem, kMaxFileBytes);
     if (!text)
         return false;
-    parse(*text, &m_names, &m_difficulty);
+    parse(*text, &m_names, &m_difficulty, &m_overviewFolder);
     return true;
 }
 
@@ -151,6 +159,9 @@ QString NamesFile::serialise() const {
                        "Stufe\r\n[Einstellungen]\r\n");
     if (m_difficulty >= 0)
         out += QStringLiteral("DIFFICULTY=%1\r\n").arg(m_difficulty);
+    if (!m_overviewFolder.trimmed().isEmpty())
+        out += QStringLiteral("AUSWERTUNG=") + escape(m_overviewFolder.trimmed()) +
+               QStringLiteral("\r\n");
     out += QStringLiteral("[Namen]\r\n");
     for (const QString& name : m_names)
         out += QStringLiteral("Name=") + escape(name) + QStringLiteral("\r\n");

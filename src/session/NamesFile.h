@@ -13,6 +13,7 @@
 //   ; comment
 //   [Einstellungen]
 //   DIFFICULTY=1
+//   AUSWERTUNG=/srv/schule/ergebnisse/8b
 //   [Namen]
 //   Name=Anna Müller
 //
@@ -49,9 +50,15 @@ public:
     int difficulty() const { return m_difficulty; }
     void setDifficulty(int level) { m_difficulty = level; }
 
+    // The folder the teacher's overview last read, when one other than the
+    // results folder in use was chosen; empty for none.
+    QString overviewFolder() const { return m_overviewFolder; }
+    void setOverviewFolder(const QString& folder) { m_overviewFolder = folder; }
+
     QString path() const { return m_path; }
 
-    static QString parse(const QString& text, QStringList* names, int* difficulty);
+    static QString parse(const QString& text, QStringList* names, int* difficulty,
+                         QString* overviewFolder = nullptr);
     QString serialise() const;
     static QString escape(const QString& name);
     static QString unescape(QStringView text);
@@ -60,6 +67,7 @@ private:
     QString m_path;
     QStringList m_names;
     int m_difficulty = -1;
+    QString m_overviewFolder;
     LegacyText::ReadProblem m_readProblem;
     QString m_saveProblem;
 };

@@ -13,16 +13,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         LegacyText::decode(QByteArrayView(reinterpret_cast<const char*>(data), qsizetype(size)));
     QStringList names;
     int difficulty = -1;
-    NamesFile::parse(text, &names, &difficulty);
+    QString folder;
+    NamesFile::parse(text, &names, &difficulty, &folder);
 
     NamesFile written;
     for (const QString& name : names)
         written.addName(name);
     written.setDifficulty(difficulty);
+    written.setOverviewFolder(folder);
     QStringList again;
     int difficultyAgain = -1;
-    NamesFile::parse(LegacyText::decode(written.serialise().toUtf8()), &again, &difficultyAgain);
-    if (again != names)
+    QString folderAgain;
+    NamesFile::parse(LegacyText::decode(written.serialise().toUtf8()), &again, &difficultyAgain,
+                     &folderAgain);
+    if (again != names || folderAgain != folder)
         std::abort();
     // Only a level from 0 up is a remembered level; the rest is "none".
     if (difficultyAgain != (difficulty >= 0 ? difficulty : -1))

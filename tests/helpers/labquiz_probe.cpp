@@ -24,6 +24,7 @@
 //   labquiz_probe --write-server
 //   labquiz_probe --results DIR [--outbox DIR] [--count N] [--at FILE]
 //                 [--name NAME] [--server]
+//   labquiz_probe [--no-override] --overview -- ARGS FOR --auswertung
 //
 // --no-override   drop the capabilities that let root ignore file rights,
 //                 so that a read-only folder is read-only for root too
@@ -38,9 +39,12 @@
 //                 DIR, waiting first until FILE exists when --at is given;
 //                 with --server, a forked child does that for each line on
 //                 standard input and says READY with its pid first
+// --overview      no window: "labquiz --auswertung ARGS" as the program runs
+//                 it, here so that root's override can be dropped first
 #include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/CommandLine.h"
+#include "app/OverviewCommand.h"
 #include "app/StartUp.h"
 #include "chem/LegacyText.h"
 #include "pages/TaskPage.h"
@@ -52,11 +56,13 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QDialog>
+#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcessEnvironment>
 #include <QPushButton>
+#include <QTextStream>
 #include <QThread>
 #include <QTimer>
 #include <csignal>
@@ -270,6 +276,14 @@ int main(int argc, char** argv) {
     if (args.contains(QStringLiteral("--write"))) {
         QCoreApplication app(argc, argv);
         return writeLoop(value("--limit").toInt());
+    }
+    if (args.contains(QStringLiteral("--overview"))) {
+        QCoreApplication app(argc, argv);
+        QFile out;
+        out.open(stdout, QIODevice::WriteOnly);
+        QTextStream err(stderr);
+        return OverviewCommand::runCsv(args.mid(args.indexOf(QStringLiteral("--")) + 1),
+                                       QProcessEnvironment::systemEnvironment(), out, err);
     }
     if (args.contains(QStringLiteral("--write-server"))) {
         QCoreApplication app(argc, argv);

@@ -5,6 +5,7 @@
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong|mixed]
 //                [--candidate TEXT] [--score C/T] [--finish] [--print]
 //                [--table] [--calc EXPR] [--button NAME] [--splash] [--menu NAME]
+//   labquiz_shot OUT.png --overview DIR [--sample] [--tab N] [--detail N] [--report PDF]
 //
 // --fill right types the expected answers into the page's line edits where a
 // page keeps them one to one in DrawnAnswers (or where a field names its slot
@@ -22,16 +23,25 @@
 // --table opens the periodic table, --calc opens the calculator from the
 // menu and types EXPR followed by Enter, --button clicks the named button
 // (e.g. "but_Calc(0)"); a dialog that opens stays open for the picture.
+// --overview opens "Ergebnisse auswerten" on DIR (with --sample first filled
+// with a made-up class of 24 with one to three attempts each), shows tab N,
+// opens the Einzelansicht of the N-th test with --detail, and prints the
+// class report into PDF with --report.
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
 #include "app/StartUp.h"
+#include "overview/OverviewWindow.h"
 #include "pages/PageHints.h"
 #include "pages/TaskPage.h"
+#include "result/FinalGrade.h"
+#include "result/ResultRecord.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -39,8 +49,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 #include <algorithm>
 #include <cstdio>
 
@@ -154,6 +166,126 @@ void recordMistakes(TestFlow& flow) {
     flow.state().Pages = earlier + flow.state().Pages;
 }
 
+// A made-up class for pictures of the overview: names, attempts, tasks and
+// typical mistakes as a teacher would meet them.
+void writeSampleClass(const QString& folder) {
+    struct Task {
+        int page;
+        const char* prompt;
+        const char* expected;
+        const char* wrong;
+    };
+    static const Task tasks[] = {
+        {1, "Natrium", "Na", "na"},
+        {1, "Kobalt", "Co", "Ko"},
+        {1, "Fe", "Eisen", "Ferrum"},
+        {1, "Kalium", "K", "Ka"},
+        {2, "4", "tetra", "quadro"},
+        {2, "6", "hexa", "sexa"},
+        {11, "Kohlenstoffmonoxid", "CO", "Co"},
+        {11, "NaCl", "Natriumchlorid", "Kochsalz"},
+        {11, "Schwefelsäure", "H2SO4", "H2SO3"},
+        {8, "Wasser H2O", "18,02", "17,01"},
+        {8, "Kohlenstoffdioxid CO2", "44,01", "28,01"},
+        {12, "18 g Wasser", "1", "18"},
+        {12, "11,2 l Sauerstoff bei Normbedingungen", "0,5", "2"},
+        {9, "@2H2+@1O2=@2H2O", "2 1 2", "1 1 1"},
+        {9, "@4Fe+@3O2=@2Fe2O3", "4 3 2", "2 3 1"},
+        {3, "Stoff, der aus einer Atomsorte besteht", "Element", "Verbindung"},
+        {4, "Teilchen mit elektrischer Ladung", "Ion", "Atom"},
+        {5, "Sulfid", "-2", "-1"},
+        {5, "Aluminium-Ion", "+3", "+2"},
+        {6, "Ein Katalysator wird bei der Reaktion verbraucht.", "Nein", "Ja"},
+        {6, "Metalle leiten den elektrischen Strom.", "Ja", "Nein"}};
+    static const char* names[] = {
+        "Lena Köhler",    "Paul Schmidt",   "Mia Wagner",    "Ben Fischer",     "Emma Becker",
+        "Jonas Hoffmann", "Hannah Schulz",  "Luca Koch",     "Sophie Richter",  "Finn Klein",
+        "Marie Wolf",     "Elias Neumann",  "Lea Schwarz",   "Noah Zimmermann", "Clara Braun",
+        "Felix Krüger",   "Emilia Hofmann", "Leon Hartmann", "Lina Lange",      "Tim Werner",
+        "Ida Krause",     "Moritz Lehmann", "Nele Köhler",   "Anton Meier"};
+    QDir().mkpath(folder);
+    int file = 0;
+    for (int s = 0; s < 24; ++s) {
+        const int attempts = 1 + (s * 7) % 3;
+        for (int a = 0; a < attempts; ++a) {
+            ResultRecord r;
+            r.program = QStringLiteral("Laborix Test 3.0");
+            r.machine = QStringLiteral("pc-%1").arg(s + 1, 2, 10, QLatin1Char('0'));
+            r.candidate = QString::fromUtf8(names[s]);
+            r.expert = s % 6 == 5;
+            r.finished = QDateTime(QDate(2026, 11, 17 + a * 3), QTime(8 + s % 4, (s * 13) % 60));
+            r.started = r.finished.addSecs(-1500);
+            r.bankFile = QStringLiteral("labquiz.dat");
+            for (int page : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
+                PageRecord p{page, pageTitle(page), 0, 0, {}};
+                int n = 0;
+                for (const Task& t : tasks) {
+                    if (t.page != page)
+                        continue;
+                    // Hard tasks stay hard; practice helps with the rest.
+                    const int chance = (s * 31 + n * 17 + page * 7) % 10;
+                    const bool right = chance >= 3 + (page == 9 || page == 12 ? 2 : 0) - a;
+                    const int worth = page == 9 ? 2 : 1;
+                    p.items.append(
+                        {QString::fromUtf8(t.prompt), QString::fromUtf8(t.expected),
+                         right ? QString::fromUtf8(t.expected)
+                               : (chance % 4 == 0 ? QString() : QString::fromUtf8(t.wrong)),
+                         right});
+                    p.tasks += worth;
+                    p.correct += right ? worth : 0;
+                    ++n;
+                }
+                r.tasks += p.tasks;
+                r.correct += p.correct;
+                r.pages.append(p);
+            }
+            r.grade = FinalGrade::gradeWord(r.correct, r.tasks);
+            r.points = FinalGrade::stepOf(r.grade);
+            QFile f(
+                QDir(folder).filePath(r.finished.toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss_")) +
+                                      QString::number(++file) + QStringLiteral(".json")));
+            f.open(QIODevice::WriteOnly);
+            f.write(r.toJson());
+        }
+    }
+    // One file a student's crash left cut off.
+    QFile cut(QDir(folder).filePath(QStringLiteral("2026-11-20_09-12-40_Tim_Werner_pc-20.json")));
+    cut.open(QIODevice::WriteOnly);
+    cut.write("{\"format\": \"laborix-result\", \"version\": 1, \"candid");
+}
+
+int shootOverview(QApplication& app, const QString& out, const QStringList& args) {
+    const QString folder = args.value(args.indexOf(QStringLiteral("--overview")) + 1);
+    if (args.contains(QStringLiteral("--sample")))
+        writeSampleClass(folder);
+    QString error;
+    auto* w = qobject_cast<OverviewWindow*>(
+        StartOverview({args.first(), QStringLiteral("--auswertung"), folder}, &error));
+    if (!w) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+        return 2;
+    }
+    const int tabAt = args.indexOf(QStringLiteral("--tab"));
+    const int detailAt = args.indexOf(QStringLiteral("--detail"));
+    const int reportAt = args.indexOf(QStringLiteral("--report"));
+    QObject::connect(w, &OverviewWindow::readingFinished, w, [=, &app] {
+        if (tabAt > 0)
+            w->findChild<QTabWidget*>()->setCurrentIndex(args.value(tabAt + 1).toInt());
+        if (detailAt > 0)
+            w->showTest(w->shownTests().value(args.value(detailAt + 1).toInt()));
+        if (reportAt > 0) {
+            qputenv("LABQUIZ_PRINT_TO", args.value(reportAt + 1).toLocal8Bit());
+            w->printReport();
+        }
+        QTimer::singleShot(500, [&app, w, out] {
+            const bool ok = w->screen()->grabWindow(0).save(out);
+            std::printf("%s %s\n", ok ? "saved" : "could not save", qPrintable(out));
+            app.exit(ok ? 0 : 1);
+        });
+    });
+    return app.exec();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -183,6 +315,8 @@ int main(int argc, char** argv) {
     const int buttonAt = args.indexOf(QStringLiteral("--button"));
     const int menuAt = args.indexOf(QStringLiteral("--menu"));
 
+    if (args.contains(QStringLiteral("--overview")))
+        return shootOverview(app, out, args);
     if (args.contains(QStringLiteral("--splash"))) {
         // The splash is gone before anything could photograph it on screen.
         AppSplash splash;

@@ -1,0 +1,726 @@
+#include "overview/OverviewWindow.h"
+
+#include "controls/Look.h"
+#include "controls/NoticeBox.h"
+#include "overview/ClassCsv.h"
+#include "overview/ClassReport.h"
+#include "overview/OverviewCharts.h"
+#include "overview/TestDetailDialog.h"
+#include "result/CertificatePrinter.h"
+#include "result/FinalGrade.h"
+#include "session/NamesFile.h"
+
+#include <QChart>
+#include <QChartView>
+#include <QCloseEvent>
+#include <QCollator>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QScreen>
+#include <QTabWidget>
+#include <QThread>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+enum ClassColumn { CName, CDate, CTime, CLevel, CTasks, CCorrect, CShare, CGrade, CPoints, CCount };
+enum HardColumn { HPage, HPrompt, HExpected, HAsked, HWrong, HShare, HAnswers, HCount };
+
+constexpr int kRecordRole = Qt::UserRole;   // column 0: the record's index, -1 for a group
+constexpr int kSortRole = Qt::UserRole + 1; // what a column sorts by
+constexpr int kProgressAfterMs = 500;       // below this a reading shows no progress bar
+
+QString sameFolder(const QString& folder) {
+    return QDir::cleanPath(QDir(folder).absolutePath());
+}
+
+QString levelText(bool expert) {
+    return expert ? QStringLiteral("Strebermodus") : QStringLiteral("normal");
+}
+
+// Sorts by the value kept for the column: numbers as numbers, texts as a
+// German reader orders names.
+class SortItem final : public QTreeWidgetItem {
+public:
+    using QTreeWidgetItem::QTreeWidgetItem;
+
+    bool operator<(const QTreeWidgetItem& other) const override {
+        const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
+        const QVariant a = data(column, kSortRole), b = other.data(column, kSortRole);
+        if (!a.isValid() || !b.isValid())
+            return QTreeWidgetItem::operator<(other);
+        if (a.typeId() == QMetaType::QString || b.typeId() == QMetaType::QString) {
+            static const QCollator collator(QLocale(QLocale::German, QLocale::Germany));
+            return collator.compare(a.toString(), b.toString()) < 0;
+        }
+        return a.toDouble() < b.toDouble();
+    }
+};
+
+void setCell(QTreeWidgetItem* item, int column, const QString& text, const QVariant& key,
+             Qt::Alignment align = Qt::AlignLeft) {
+    item->setText(column, text);
+    item->setData(column, kSortRole, key);
+    item->setTextAlignment(column, align | Qt::AlignVCenter);
+}
+
+QPushButton* button(const QString& caption, const QString& name, QWidget* parent,
+                    const QString& help) {
+    auto* b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    b->setToolTip(help);
+    b->setAccessibleDescription(help);
+    return b;
+}
+
+QTreeWidget* table(const QString& name, const QString& accessible, const QStringList& headers,
+                   QWidget* parent) {
+    auto* t = new QTreeWidget(parent);
+    t->setObjectName(name);
+    t->setAccessibleName(accessible);
+    t->setColumnCount(int(headers.size()));
+    t->setHeaderLabels(headers);
+    t->setAlternatingRowColors(true);
+    t->setUniformRowHeights(true);
+    t->setRootIsDecorated(false);
+    t->header()->setSortIndicatorShown(true);
+    return t;
+}
+
+} // namespace
+
+OverviewWindow::OverviewWindow(QString resultsFolder, NamesFile* remembered, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_resultsFolder(std::move(resultsFolder)),
+      m_remembered(remembered) {
+    setObjectName(QStringLiteral("frm_Overview"));
+    setWindowTitle(QStringLiteral("Ergebnisse auswerten – Laborix Test"));
+    Look::setText(this, 14, QFont::Normal, Look::ink());
+    buildTop();
+    buildTabs();
+
+    m_progressTimer.setInterval(100);
+    connect(&m_progressTimer, &QTimer::timeout, this, &OverviewWindow::pollProgress);
+    // Typing a name filters once the typing pauses, not at every key.
+    m_filterTimer.setSingleShot(true);
+    m_filterTimer.setInterval(150);
+    connect(&m_filterTimer, &QTimer::timeout, this, &OverviewWindow::refresh);
+
+    QSize wanted(1240, 720);
+    if (const QScreen* s = screen())
+        wanted = wanted.boundedTo(s->availableGeometry().size() - QSize(0, 32));
+    resize(wanted);
+}
+
+OverviewWindow::~OverviewWindow() {
+    stopReading();
+}
+
+void OverviewWindow::buildTop() {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 12, 16, 12);
+    layout->setSpacing(8);
+
+    auto* folderRow = new QHBoxLayout;
+    auto* folderCaption = new QLabel(QStringLiteral("Ergebnisordner:"), this);
+    m_folderLabel = new QLabel(this);
+    m_folderLabel->setObjectName(QStringLiteral("Ordner"));
+    m_folderLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_folderLabel->setTextFormat(Qt::PlainText);
+    Look::setText(m_folderLabel, 14, QFont::Bold, Look::ink());
+    folderCaption->setBuddy(m_folderLabel);
+    folderRow->addWidget(folderCaption);
+    folderRow->addWidget(m_folderLabel, 1);
+    QPushButton* choose =
+        button(QStringLiteral("&Ordner wählen …"), QStringLiteral("OrdnerWaehlen"), this,
+               QStringLiteral("Einen anderen Ordner mit Ergebnisdateien "
+                              "auswerten; er wird gemerkt."));
+    choose->setShortcut(QKeySequence::Open);
+    connect(choose, &QPushButton::clicked, this, &OverviewWindow::chooseFolder);
+    QPushButton* standard = button(
+        QStringLiteral("&Ergebnisordner des Programms"), QStringLiteral("Standardordner"), this,
+        QStringLiteral("Den Ergebnisordner auswerten, in den dieses Programm die Tests schreibt."));
+    connect(standard, &QPushButton::clicked, this, [this] { openFolder(m_resultsFolder, true); });
+    QPushButton* again = button(QStringLiteral("&Neu einlesen"), QStringLiteral("NeuEinlesen"),
+                                this, QStringLiteral("Den Ordner noch einmal lesen (F5)."));
+    again->setShortcut(QKeySequence::Refresh);
+    connect(again, &QPushButton::clicked, this, &OverviewWindow::reread);
+    folderRow->addWidget(choose);
+    folderRow->addWidget(standard);
+    folderRow->addWidget(again);
+    layout->addLayout(folderRow);
+
+    auto* filterRow = new QHBoxLayout;
+    filterRow->setSpacing(6);
+    auto caption = [&](const QString& text, QWidget* buddy) {
+        auto* l = new QLabel(text, this);
+        l->setBuddy(buddy);
+        filterRow->addWidget(l);
+        filterRow->addWidget(buddy);
+    };
+    m_name = new QLineEdit(this);
+    m_name->setObjectName(QStringLiteral("FilterName"));
+    m_name->setPlaceholderText(QStringLiteral("Teil des Namens"));
+    m_name->setAccessibleName(QStringLiteral("Nach Namen filtern"));
+    m_name->setClearButtonEnabled(true);
+    m_name->setMinimumWidth(180);
+    connect(m_name, &QLineEdit::textChanged, this, [this] { m_filterTimer.start(); });
+    caption(QStringLiteral("&Name:"), m_name);
+    auto dateEdit = [&](const QString& name, const QString& accessible) {
+        auto* d = new QDateEdit(this);
+        d->setObjectName(name);
+        d->setAccessibleName(accessible);
+        d->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
+        d->setCalendarPopup(true);
+        d->setEnabled(false);
+        connect(d, &QDateEdit::dateChanged, this, [this] { m_filterTimer.start(); });
+        return d;
+    };
+    m_from = dateEdit(QStringLiteral("FilterVon"), QStringLiteral("Tests ab diesem Tag"));
+    m_to = dateEdit(QStringLiteral("FilterBis"), QStringLiteral("Tests bis zu diesem Tag"));
+    caption(QStringLiteral("&von"), m_from);
+    caption(QStringLiteral("&bis"), m_to);
+    m_level = new QComboBox(this);
+    m_level->setObjectName(QStringLiteral("FilterStufe"));
+    m_level->setAccessibleName(QStringLiteral("Nach Stufe filtern"));
+    m_level->addItems(
+        {QStringLiteral("alle Stufen"), QStringLiteral("normal"), QStringLiteral("Strebermodus")});
+    connect(m_level, &QComboBox::currentIndexChanged, this, &OverviewWindow::refresh);
+    caption(QStringLiteral("&Stufe:"), m_level);
+    QPushButton* all = button(QStringLiteral("&Alle zeigen"), QStringLiteral("FilterAus"), this,
+                              QStringLiteral("Namensfilter, Zeitraum und Stufe zurücksetzen."));
+    connect(all, &QPushButton::clicked, this, [this] {
+        m_name->clear();
+        m_level->setCurrentIndex(0);
+        m_from->setDate(m_from->minimumDate());
+        m_to->setDate(m_to->maximumDate());
+        refresh();
+    });
+    filterRow->addWidget(all);
+    filterRow->addStretch(1);
+    m_save = button(QStringLiteral("Als &Tabelle speichern"), QStringLiteral("AlsTabelle"), this,
+                    QStringLiteral("Die Tests, wie die Klassentabelle sie zeigt, als CSV-Datei "
+                                   "für Tabellenkalkulationen speichern (Strg+S)."));
+    m_save->setShortcut(QKeySequence::Save);
+    connect(m_save, &QPushButton::clicked, this, &OverviewWindow::saveTable);
+    m_print = button(QStringLiteral("Bericht &drucken"), QStringLiteral("BerichtDrucken"), this,
+                     QStringLiteral("Klassenbericht mit Tabelle, Diagrammen und den "
+                                    "schwierigsten Aufgaben drucken oder als PDF speichern "
+                                    "(Strg+P)."));
+    m_print->setShortcut(QKeySequence::Print);
+    connect(m_print, &QPushButton::clicked, this, &OverviewWindow::printReport);
+    filterRow->addWidget(m_save);
+    filterRow->addWidget(m_print);
+    layout->addLayout(filterRow);
+
+    auto* statusRow = new QHBoxLayout;
+    m_status = new QLabel(this);
+    m_status->setObjectName(QStringLiteral("Stand"));
+    m_status->setTextFormat(Qt::PlainText);
+    Look::setText(m_status, 13, QFont::Normal, Look::softInk());
+    m_progressBar = new QProgressBar(this);
+    m_progressBar->setObjectName(QStringLiteral("Lesefortschritt"));
+    m_progressBar->setAccessibleName(QStringLiteral("Fortschritt beim Lesen der Dateien"));
+    m_progressBar->setMaximumWidth(260);
+    m_progressBar->hide();
+    statusRow->addWidget(m_status, 1);
+    statusRow->addWidget(m_progressBar);
+    layout->addLayout(statusRow);
+
+    m_problem = new QLabel(this);
+    m_problem->setObjectName(QStringLiteral("Ordnerproblem"));
+    m_problem->setWordWrap(true);
+    m_problem->setTextFormat(Qt::PlainText);
+    m_problem->setMargin(10);
+    m_problem->setAutoFillBackground(true);
+    QPalette alarm = m_problem->palette();
+    alarm.setColor(QPalette::Window, QColor(0xfd, 0xec, 0xea));
+    alarm.setColor(QPalette::WindowText, Look::alarm());
+    m_problem->setPalette(alarm);
+    Look::setText(m_problem, 15, QFont::Bold, Look::alarm());
+    m_problem->hide();
+    layout->addWidget(m_problem);
+}
+
+void OverviewWindow::buildTabs() {
+    m_tabs = new QTabWidget(this);
+    m_tabs->setObjectName(QStringLiteral("Auswertung"));
+    layout()->addWidget(m_tabs);
+
+    m_classTable =
+        table(QStringLiteral("Klassentabelle"),
+              QStringLiteral("Klassentabelle: ein Test je Zeile, mehrere Versuche eines Namens "
+                             "zusammengefasst; Eingabe oder Doppelklick zeigt den Test"),
+              {QStringLiteral("Name"), QStringLiteral("Datum"), QStringLiteral("Uhrzeit"),
+               QStringLiteral("Stufe"), QStringLiteral("Aufgaben"), QStringLiteral("Richtig"),
+               QStringLiteral("Anteil richtig"), QStringLiteral("Note"), QStringLiteral("Punkte")},
+              m_tabs);
+    m_classTable->setRootIsDecorated(true);
+    m_classTable->setSortingEnabled(true);
+    m_classTable->sortByColumn(CName, Qt::AscendingOrder);
+    m_classTable->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_classTable->header()->setStretchLastSection(false);
+    connect(m_classTable, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
+        const int record = item->data(CName, kRecordRole).toInt();
+        if (record >= 0)
+            showTest(record);
+    });
+    m_tabs->addTab(m_classTable, QStringLiteral("&Klasse"));
+
+    auto* charts = new QWidget(m_tabs);
+    charts->setObjectName(QStringLiteral("StaerkenSchwaechen"));
+    auto* chartRow = new QHBoxLayout(charts);
+    chartRow->setContentsMargins(4, 4, 4, 4);
+    auto chartView = [&](const QString& name) {
+        auto* v = new QChartView(charts);
+        v->setObjectName(name);
+        v->setRenderHint(QPainter::Antialiasing);
+        v->setFocusPolicy(Qt::StrongFocus);
+        chartRow->addWidget(v, 1);
+        return v;
+    };
+    m_pageChart = chartView(QStringLiteral("DiagrammSeiten"));
+    m_gradeChart = chartView(QStringLiteral("DiagrammNoten"));
+    m_tabs->addTab(charts, QStringLiteral("&Stärken und Schwächen"));
+
+    m_hardTasks =
+        table(QStringLiteral("SchwierigsteAufgaben"),
+              QStringLiteral("Schwierigste Aufgaben: am häufigsten falsch beantwortet zuerst"),
+              {QStringLiteral("Seite"), QStringLiteral("Aufgabe"), QStringLiteral("Richtig wäre"),
+               QStringLiteral("gestellt"), QStringLiteral("falsch"),
+               QStringLiteral("Anteil falsch"), QStringLiteral("Häufigste falsche Antworten")},
+              m_tabs);
+    m_hardTasks->setSortingEnabled(true);
+    m_hardTasks->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_hardTasks->header()->setSectionResizeMode(HPrompt, QHeaderView::Stretch);
+    m_hardTasks->header()->setStretchLastSection(false);
+    m_tabs->addTab(m_hardTasks, QStringLiteral("Sch&wierigste Aufgaben"));
+
+    m_notices = table(QStringLiteral("Uebersprungen"),
+                      QStringLiteral("Dateien, die nicht gelesen wurden, mit dem Grund"),
+                      {QStringLiteral("Datei"), QStringLiteral("Grund")}, m_tabs);
+    m_tabs->addTab(m_notices, QStringLiteral("Übersprungene Dateien"));
+}
+
+QString OverviewWindow::startFolder() const {
+    const QString remembered = m_remembered ? m_remembered->overviewFolder() : QString();
+    return remembered.isEmpty() ? m_resultsFolder : remembered;
+}
+
+void OverviewWindow::presetDates(const QDate& from, const QDate& to) {
+    m_presetFrom = from;
+    m_presetTo = to;
+}
+
+void OverviewWindow::openFolder(const QString& folder, bool remember) {
+    m_folder = folder;
+    m_folderLabel->setText(QDir::toNativeSeparators(folder));
+    if (remember && m_remembered) {
+        // Read again first: another window of the program may have added
+        // names since this one read the file.
+        m_remembered->load();
+        const bool isDefault = sameFolder(folder) == sameFolder(m_resultsFolder);
+        m_remembered->setOverviewFolder(isDefault ? QString() : sameFolder(folder));
+        QDir().mkpath(QFileInfo(m_remembered->path()).absolutePath());
+        m_remembered->save(); // a folder not remembered is no reason to stop
+    }
+    startReading();
+}
+
+void OverviewWindow::chooseFolder() {
+    const QString start = m_folder.isEmpty() ? m_resultsFolder : m_folder;
+    const QString chosen =
+        m_folderChooser ? m_folderChooser(start)
+                        : QFileDialog::getExistingDirectory(
+                              this, QStringLiteral("Ordner mit Ergebnisdateien wählen"), start);
+    if (!chosen.isEmpty())
+        openFolder(chosen, true);
+}
+
+void OverviewWindow::reread() {
+    startReading();
+}
+
+void OverviewWindow::stopReading() {
+    if (!m_thread)
+        return;
+    m_progress->cancel = true;
+    m_thread->wait();
+    delete m_thread;
+    m_thread = nullptr;
+    ++m_generation;
+    m_progressTimer.stop();
+    m_progressBar->hide();
+}
+
+void OverviewWindow::startReading() {
+    stopReading();
+    m_progress = std::make_shared<ResultFolder::Progress>();
+    m_incoming = std::make_shared<ResultFolder::Reading>();
+    const QString folder = m_folder;
+    auto progress = m_progress;
+    auto incoming = m_incoming;
+    m_thread = QThread::create(
+        [folder, progress, incoming] { *incoming = ResultFolder::read(folder, progress.get()); });
+    const int generation = ++m_generation;
+    connect(m_thread, &QThread::finished, this, [this, generation] {
+        if (generation == m_generation)
+            takeReading();
+    });
+    m_status->setText(QStringLiteral("Lese die Ergebnisdateien …"));
+    m_save->setEnabled(false);
+    m_print->setEnabled(false);
+    m_readingClock.start();
+    m_progressTimer.start();
+    m_thread->start();
+}
+
+void OverviewWindow::pollProgress() {
+    if (m_readingClock.elapsed() < kProgressAfterMs || !m_progress)
+        return;
+    const int total = m_progress->total.load();
+    const int done = m_progress->done.load();
+    m_progressBar->setMaximum(qMax(total, 1));
+    m_progressBar->setValue(done);
+    m_progressBar->show();
+    m_status->setText(QStringLiteral("Lese die Ergebnisdateien … %1 von %2").arg(done).arg(total));
+}
+
+void OverviewWindow::takeReading() {
+    m_thread->wait();
+    delete m_thread;
+    m_thread = nullptr;
+    m_progressTimer.stop();
+    m_progressBar->hide();
+    m_reading = std::move(*m_incoming);
+    m_incoming.reset();
+
+    m_problem->setText(QStringLiteral("⚠ ") + m_reading.problem);
+    m_problem->setVisible(!m_reading.problem.isEmpty());
+
+    // The date range of what was read; a range from the command line once.
+    QDate first, last;
+    for (const ResultRecord& r : m_reading.records) {
+        const QDate day = r.finished.date();
+        if (!first.isValid() || day < first)
+            first = day;
+        if (!last.isValid() || day > last)
+            last = day;
+    }
+    for (QDateEdit* edit : {m_from, m_to}) {
+        const QSignalBlocker quiet(edit);
+        edit->setEnabled(first.isValid());
+        if (first.isValid())
+            edit->setDateRange(first, last);
+    }
+    {
+        const QSignalBlocker quietFrom(m_from), quietTo(m_to);
+        m_from->setDate(m_firstReading && m_presetFrom.isValid() ? m_presetFrom : first);
+        m_to->setDate(m_firstReading && m_presetTo.isValid() ? m_presetTo : last);
+    }
+    m_firstReading = false;
+    fillNotices();
+    refresh();
+    Q_EMIT readingFinished();
+}
+
+TestFilter OverviewWindow::filter() const {
+    TestFilter f;
+    f.name = m_name->text();
+    if (m_from->isEnabled()) {
+        // The ends of the range are no restriction: a test written while
+        // the window is open still counts after "Neu einlesen".
+        if (m_from->date() > m_from->minimumDate())
+            f.from = m_from->date();
+        if (m_to->date() < m_to->maximumDate())
+            f.to = m_to->date();
+    }
+    f.level = TestFilter::Level(m_level->currentIndex());
+    return f;
+}
+
+QString OverviewWindow::selectionText() const {
+    const TestFilter f = filter();
+    QStringList parts;
+    if (!f.name.trimmed().isEmpty())
+        parts << QStringLiteral("Namen mit „%1“").arg(f.name.trimmed());
+    if (f.from.isValid())
+        parts << QStringLiteral("ab %1").arg(f.from.toString(QStringLiteral("dd.MM.yyyy")));
+    if (f.to.isValid())
+        parts << QStringLiteral("bis %1").arg(f.to.toString(QStringLiteral("dd.MM.yyyy")));
+    if (f.level != TestFilter::Level::Any)
+        parts << QStringLiteral("Stufe %1").arg(m_level->currentText());
+    return parts.isEmpty() ? QStringLiteral("alle Tests")
+                           : QStringLiteral("Tests: ") + parts.join(QStringLiteral(", "));
+}
+
+void OverviewWindow::refresh() {
+    m_filterTimer.stop();
+    m_summary = ClassSummary::of(m_reading.records, filter());
+    fillClassTable();
+    fillCharts();
+    fillHardTasks();
+    const bool any = !m_summary.tests.isEmpty();
+    m_save->setEnabled(any);
+    m_print->setEnabled(any);
+    if (!m_reading.problem.isEmpty()) {
+        m_status->setText(QStringLiteral("Keine Ergebnisse: der Ordner ließ sich nicht lesen."));
+        return;
+    }
+    QString status =
+        QStringLiteral("%1 Tests von %2 Namen, zusammen %3 richtig · %4 Dateien gelesen")
+            .arg(m_summary.tests.size())
+            .arg(m_summary.attempts.size())
+            .arg(ClassSummary::percentText(m_summary.share()))
+            .arg(m_reading.records.size());
+    if (!m_reading.skipped.isEmpty())
+        status += QStringLiteral(", %1 übersprungen (siehe „Übersprungene Dateien“)")
+                      .arg(m_reading.skipped.size());
+    if (m_reading.seen == 0)
+        status = QStringLiteral("Im Ordner liegen keine Ergebnisdateien.");
+    m_status->setText(status);
+}
+
+void OverviewWindow::fillClassTable() {
+    const QList<ResultRecord>& records = m_reading.records;
+    m_classTable->setSortingEnabled(false);
+    m_classTable->clear();
+    auto fillTest = [&](QTreeWidgetItem* item, int index) {
+        const ResultRecord& r = records[index];
+        item->setData(CName, kRecordRole, index);
+        setCell(item, CName, r.candidate, r.candidate);
+        setCell(item, CDate, r.finished.toString(QStringLiteral("dd.MM.yyyy")),
+                r.finished.toSecsSinceEpoch());
+        setCell(item, CTime, r.finished.toString(QStringLiteral("HH:mm")),
+                r.finished.time().msecsSinceStartOfDay());
+        setCell(item, CLevel, levelText(r.expert), int(r.expert));
+        setCell(item, CTasks, QString::number(r.tasks), r.tasks, Qt::AlignRight);
+        setCell(item, CCorrect, QString::number(r.correct), r.correct, Qt::AlignRight);
+        setCell(item, CShare, ClassSummary::percentText(r.share()), r.share(), Qt::AlignRight);
+        setCell(item, CGrade, r.grade, ClassSummary::gradeStep(r));
+        setCell(item, CPoints, QString::number(r.points), r.points, Qt::AlignRight);
+        item->setToolTip(CName, QStringLiteral("Doppelklick: alle Aufgaben dieses Tests"));
+    };
+    QList<QTreeWidgetItem*> top;
+    top.reserve(m_summary.attempts.size());
+    for (const ClassSummary::Attempts& a : m_summary.attempts) {
+        if (a.tests.size() == 1) {
+            auto* item = new SortItem;
+            fillTest(item, a.tests.first());
+            top << item;
+            continue;
+        }
+        // Several attempts: a row for the name with the trend from the
+        // first to the last, the attempts beneath it.
+        const ResultRecord& first = records[a.tests.first()];
+        const ResultRecord& last = records[a.tests.last()];
+        auto* group = new SortItem;
+        group->setData(CName, kRecordRole, -1);
+        setCell(group, CName, QStringLiteral("%1 (%2 Versuche)").arg(a.name).arg(a.tests.size()),
+                a.name);
+        setCell(group, CDate,
+                QStringLiteral("%1 – %2").arg(first.finished.toString(QStringLiteral("dd.MM.")),
+                                              last.finished.toString(QStringLiteral("dd.MM.yyyy"))),
+                last.finished.toSecsSinceEpoch());
+        setCell(group, CTime, QString(), last.finished.time().msecsSinceStartOfDay());
+        setCell(group, CLevel, levelText(last.expert), int(last.expert));
+        setCell(group, CTasks, QString(), last.tasks);
+        setCell(group, CCorrect, QString(), last.correct);
+        setCell(group, CShare,
+                QStringLiteral("%1 → %2").arg(ClassSummary::percentText(first.share()),
+                                              ClassSummary::percentText(last.share())),
+                last.share(), Qt::AlignRight);
+        // The latest grade; share and points show the way there.
+        setCell(group, CGrade, QStringLiteral("zuletzt %1").arg(last.grade),
+                ClassSummary::gradeStep(last));
+        const int change = last.points - first.points;
+        setCell(group, CPoints,
+                QStringLiteral("%1 → %2 (%3%4)")
+                    .arg(first.points)
+                    .arg(last.points)
+                    .arg(change > 0 ? QStringLiteral("+") : QString())
+                    .arg(change == 0 ? QStringLiteral("±0") : QString::number(change)),
+                last.points, Qt::AlignRight);
+        const QString trend = QStringLiteral("Verlauf vom ersten zum letzten Versuch: ") +
+                              ClassSummary::trendText(first, last);
+        for (int c = 0; c < CCount; ++c)
+            group->setToolTip(c, trend);
+        QFont bold = m_classTable->font();
+        bold.setBold(true);
+        for (int c = 0; c < CCount; ++c)
+            group->setFont(c, bold);
+        for (int index : a.tests)
+            fillTest(new SortItem(group), index);
+        top << group;
+    }
+    m_classTable->addTopLevelItems(top);
+    m_classTable->expandAll();
+    m_classTable->setSortingEnabled(true);
+}
+
+QList<int> OverviewWindow::shownTests() const {
+    QList<int> out;
+    for (int i = 0; i < m_classTable->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* item = m_classTable->topLevelItem(i);
+        if (item->childCount() == 0)
+            out << item->data(CName, kRecordRole).toInt();
+        for (int c = 0; c < item->childCount(); ++c)
+            out << item->child(c)->data(CName, kRecordRole).toInt();
+    }
+    return out;
+}
+
+void OverviewWindow::fillCharts() {
+    auto replace = [](QChartView* view, QChart* chart, const QString& text) {
+        QChart* old = view->chart();
+        view->setChart(chart);
+        delete old;
+        view->setAccessibleName(chart->title());
+        view->setAccessibleDescription(text);
+        view->setToolTip(text);
+    };
+    replace(m_pageChart, OverviewCharts::pageShares(m_summary),
+            OverviewCharts::pageSharesText(m_summary));
+    replace(m_gradeChart, OverviewCharts::gradeSpread(m_summary),
+            OverviewCharts::gradeSpreadText(m_summary));
+}
+
+void OverviewWindow::fillHardTasks() {
+    m_hardTasks->setSortingEnabled(false);
+    m_hardTasks->clear();
+    QList<QTreeWidgetItem*> rows;
+    rows.reserve(m_summary.hardTasks.size());
+    for (const ClassSummary::HardTask& t : m_summary.hardTasks) {
+        auto* item = new SortItem;
+        setCell(item, HPage, pageTitle(t.page), ClassSummary::pageIndex(t.page));
+        setCell(item, HPrompt, t.prompt, t.prompt);
+        setCell(item, HExpected, t.expected, t.expected);
+        setCell(item, HAsked, QString::number(t.asked), t.asked, Qt::AlignRight);
+        setCell(item, HWrong, QString::number(t.wrong), t.wrong, Qt::AlignRight);
+        setCell(item, HShare, ClassSummary::percentText(t.wrongShare()), t.wrongShare(),
+                Qt::AlignRight);
+        setCell(item, HAnswers, ClassSummary::wrongAnswersText(t.wrongAnswers),
+                t.wrongAnswers.value(0).count);
+        item->setToolTip(HPrompt, t.prompt);
+        rows << item;
+    }
+    m_hardTasks->addTopLevelItems(rows);
+    // Most often wrong first; among equals the sort is stable and keeps the
+    // summary's order (the larger share wrong first).
+    m_hardTasks->sortByColumn(HWrong, Qt::DescendingOrder);
+    m_hardTasks->setSortingEnabled(true);
+}
+
+void OverviewWindow::fillNotices() {
+    m_notices->clear();
+    QList<QTreeWidgetItem*> rows;
+    for (const ResultFolder::Skipped& s : m_reading.skipped)
+        rows << new QTreeWidgetItem(QStringList{s.file, s.why});
+    m_notices->addTopLevelItems(rows);
+    m_notices->resizeColumnToContents(0);
+    const int at = m_tabs->indexOf(m_notices);
+    m_tabs->setTabText(at, QStringLiteral("Übersprungene &Dateien (%1)").arg(rows.size()));
+}
+
+void OverviewWindow::showTest(int record) {
+    if (record < 0 || record >= m_reading.records.size())
+        return;
+    // Not modal: a teacher may hold several tests side by side.
+    auto* dialog =
+        new TestDetailDialog(m_reading.records[record], m_reading.files.value(record), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+bool OverviewWindow::saveTable() {
+    const QList<int> rows = shownTests();
+    if (rows.isEmpty())
+        return false;
+    const QString suggestion =
+        QDir(CertificatePrinter::documentsFolder())
+            .filePath(QStringLiteral("Klassenergebnisse %1.csv")
+                          .arg(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy"))));
+    QString path = m_csvChooser
+                       ? m_csvChooser(suggestion)
+                       : QFileDialog::getSaveFileName(
+                             this, QStringLiteral("Als Tabelle speichern"), suggestion,
+                             QStringLiteral("CSV-Tabelle für Tabellenkalkulationen (*.csv)"));
+    if (path.isEmpty())
+        return false;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QStringLiteral(".csv");
+    const QByteArray bytes = ClassCsv::table(m_reading.records, m_reading.files, rows);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        NoticeBox::inform(this,
+                          QStringLiteral("Die Tabelle ließ sich nicht speichern:\n%1\n%2")
+                              .arg(QDir::toNativeSeparators(path), file.errorString()),
+                          QStringLiteral("!?"));
+        return false;
+    }
+    m_status->setText(QStringLiteral("%1 Tests als Tabelle gespeichert: %2")
+                          .arg(rows.size())
+                          .arg(QDir::toNativeSeparators(path)));
+    return true;
+}
+
+bool OverviewWindow::printReport() {
+    if (m_summary.tests.isEmpty())
+        return false;
+    QPrinter printer(QPrinter::HighResolution);
+    const QString printTo = qEnvironmentVariable("LABQUIZ_PRINT_TO");
+    QString pdf = printTo;
+    if (pdf.isEmpty() && !CertificatePrinter::printerInstalled()) {
+        pdf = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Bericht als PDF speichern"),
+            QDir(CertificatePrinter::documentsFolder()).filePath(ClassReport::defaultFileName()),
+            QStringLiteral("PDF-Dokument (*.pdf)"));
+        if (pdf.isEmpty())
+            return false;
+    }
+    if (!pdf.isEmpty()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(pdf);
+    } else {
+        QPrintDialog dialog(&printer, this);
+        dialog.setWindowTitle(QStringLiteral("Bericht drucken"));
+        if (dialog.exec() != QDialog::Accepted)
+            return false;
+    }
+    ClassReport::Input input;
+    input.folder = QDir::toNativeSeparators(m_folder);
+    input.selection = selectionText();
+    input.records = &m_reading.records;
+    input.summary = &m_summary;
+    input.skipped = int(m_reading.skipped.size());
+    const int pages = ClassReport::print(input, printer);
+    if (pages == 0) {
+        NoticeBox::inform(this, QStringLiteral("Der Bericht ließ sich nicht drucken."),
+                          QStringLiteral("!?"));
+        return false;
+    }
+    const QString pageCount =
+        pages == 1 ? QStringLiteral("1 Seite") : QStringLiteral("%1 Seiten").arg(pages);
+    m_status->setText(printer.outputFormat() == QPrinter::PdfFormat
+                          ? QStringLiteral("Bericht (%1) als PDF gespeichert: %2")
+                                .arg(pageCount, QDir::toNativeSeparators(printer.outputFileName()))
+                          : QStringLiteral("Bericht (%1) gedruckt.").arg(pageCount));
+    return true;
+}
+
+void OverviewWindow::closeEvent(QCloseEvent* event) {
+    stopReading();
+    QWidget::closeEvent(event);
+}

@@ -16,6 +16,7 @@
 #include "overview/ResultFolder.h"
 #include "pages/TaskPage.h"
 #include "result/FinalGrade.h"
+#include "result/ResultFile.h"
 #include "result/ResultRecord.h"
 #include "session/RandomSource.h"
 #include "session/TaskBank.h"
@@ -23,6 +24,7 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -295,10 +297,17 @@ struct StartFigures {
     long rssKiB;
 };
 
+struct StartMode {
+    QString argument;
+    QString dataDir; // LABQUIZ_DATA
+    QString tasks;   // LABQUIZ_TASKS, none when empty
+    QString results; // LABQUIZ_RESULTS, none when empty
+};
+
 // Starts each mode once per round, the modes in turn, so that a change in
 // the machine's load falls on all of them alike.
-std::vector<StartFigures> measureStarts(const QString& self, const QStringList& modes,
-                                        const QString& dataDir, int runs) {
+std::vector<StartFigures> measureStarts(const QString& self, const QList<StartMode>& modes,
+                                        int runs) {
     std::vector<std::vector<double>> times(modes.size());
     std::vector<long> rss(modes.size(), 0);
     for (int r = 0; r < runs; ++r) {
@@ -306,11 +315,15 @@ std::vector<StartFigures> measureStarts(const QString& self, const QStringList& 
             QProcess child;
             QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
             env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-            env.insert(QStringLiteral("LABQUIZ_DATA"), dataDir);
+            env.insert(QStringLiteral("LABQUIZ_DATA"), modes[m].dataDir);
+            if (!modes[m].tasks.isEmpty())
+                env.insert(QStringLiteral("LABQUIZ_TASKS"), modes[m].tasks);
+            if (!modes[m].results.isEmpty())
+                env.insert(QStringLiteral("LABQUIZ_RESULTS"), modes[m].results);
             child.setProcessEnvironment(env);
             QElapsedTimer t;
             t.start();
-            child.start(self, {modes[m], QStringLiteral("/NEW")});
+            child.start(self, {modes[m].argument, QStringLiteral("/NEW")});
             QByteArray out;
             while (!out.contains('\n') && child.waitForReadyRead(30000))
                 out += child.readAllStandardOutput();
@@ -499,12 +512,52 @@ int main(int argc, char* argv[]) {
     const double drawSeconds = t.nsecsElapsed() / 1e9;
 
     QTemporaryDir data;
+    // The computer room: the bank in a task folder of its own that the
+    // student may only read, results elsewhere, a personal folder apart.
+    QTemporaryDir room;
+    const QString roomTasks = room.filePath(QStringLiteral("aufgaben"));
+    QDir().mkpath(roomTasks);
+    for (const char* name : {"labquiz.dat", "elements.dat"})
+        QFile::copy(QStringLiteral(":/data/") + QLatin1String(name),
+                    QDir(roomTasks).filePath(QLatin1String(name)));
+    QFile(roomTasks).setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
     const QString self = QCoreApplication::applicationFilePath();
+    const QString programArg = QStringLiteral("--child-program");
     const std::vector<StartFigures> starts =
         measureStarts(self,
-                      {QStringLiteral("--child-empty"), QStringLiteral("--child-text"),
-                       QStringLiteral("--child-program")},
-                      data.path(), runs);
+                      {{QStringLiteral("--child-empty"), data.path(), {}, {}},
+                       {QStringLiteral("--child-text"), data.path(), {}, {}},
+                       {programArg, data.path(), {}, {}},
+                       {programArg, room.filePath(QStringLiteral("home")), roomTasks,
+                        room.filePath(QStringLiteral("ergebnisse"))}},
+                      runs);
+
+    // Handing in one result file, the sync included, as page 6's check does.
+    std::vector<double> handInMs;
+    {
+        QTemporaryDir results;
+        ResultRecord record;
+        record.program = QStringLiteral("Laborix Test 3.0");
+        record.candidate = QStringLiteral("Lena Köhler");
+        record.started = record.finished = QDateTime::currentDateTime();
+        for (int page : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
+            PageRecord p{page, pageTitle(page), 6, 3, {}};
+            for (int i = 0; i < 6; ++i)
+                p.items.append({QStringLiteral("Eisen(III)-oxid"), QStringLiteral("Fe2O3"),
+                                i % 2 ? QStringLiteral("FeO") : QStringLiteral("Fe2O3"),
+                                i % 2 == 0});
+            record.pages.append(p);
+            record.tasks += 6;
+            record.correct += 3;
+        }
+        for (int i = 0; i < 100; ++i) {
+            QElapsedTimer clock;
+            clock.start();
+            ResultFile::handIn(record, results.path(), results.filePath(QStringLiteral("Ausgang")),
+                               i);
+            handInMs.push_back(clock.nsecsElapsed() / 1e6);
+        }
+    }
     long settledKiB = 0;
     {
         QProcess child;
@@ -523,6 +576,7 @@ int main(int argc, char* argv[]) {
     const StartFigures& empty = starts[0];
     const StartFigures& text = starts[1];
     const StartFigures& program = starts[2];
+    const StartFigures& roomStart = starts[3];
 
     QTextStream out(stdout);
     out << "Laborix Test benchmark (median of " << runs << " runs)\n\n";
@@ -567,6 +621,13 @@ int main(int argc, char* argv[]) {
         QStringLiteral("ms"), text.ms / empty.ms);
     row(QStringLiteral("  its peak memory"), text.rssKiB / 1024.0, empty.rssKiB / 1024.0,
         QStringLiteral("MiB"), double(text.rssKiB) / double(empty.rssKiB));
+    row(QStringLiteral("computer room start vs LABQUIZ_DATA start"), roomStart.ms, program.ms,
+        QStringLiteral("ms"), roomStart.ms / program.ms);
+    out << QStringLiteral("%1 %2 %3\n")
+               .arg(QStringLiteral("hand in one result file (with sync), 100 times"), -44)
+               .arg(QStringLiteral("median %1 ms").arg(median(handInMs), 0, 'f', 2), 14)
+               .arg(QStringLiteral("longest %1 ms")
+                        .arg(*std::max_element(handInMs.begin(), handInMs.end()), 0, 'f', 2));
 
     QProcess pages;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();

@@ -31,6 +31,12 @@ public:
         }
     }
 
+    // Before start(): another variable for this run (an account, a folder).
+    void setEnv(const QString& name, const QString& value) {
+        QProcessEnvironment env = m_process.processEnvironment();
+        env.insert(name, value);
+        m_process.setProcessEnvironment(env);
+    }
     void start() { m_process.start(); }
     void send(const QByteArray& line) {
         m_process.write(line);

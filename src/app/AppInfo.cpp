@@ -35,7 +35,8 @@ QString withSeparator(QString path) {
 } // namespace
 
 QString AppInfo::foldersText(const Folders& folders) {
-    return QStringLiteral("Aufgabenordner:\n%1\nPersönlicher Ordner:\n%2\nErgebnisordner:\n%3")
+    return QStringLiteral(
+               "Aufgabenordner:\n  %1\nPersönlicher Ordner:\n  %2\nErgebnisordner:\n  %3")
         .arg(QDir::toNativeSeparators(folders.tasks), QDir::toNativeSeparators(folders.personal),
              QDir::toNativeSeparators(folders.results));
 }

@@ -188,6 +188,7 @@ bool AppMain::formLoad(AppSplash* splash) {
     }
     if (!notice.isEmpty())
         m_loadNotices << notice;
+    m_flow->setElements(&m_elements);
     // 2. Pages, each with its button pair.
     m_startPage = new StartPage(*m_flow, m_info, m_holder, m_streber);
     m_flow->setStartPage(m_startPage, [this] { m_startPage->generate(); });

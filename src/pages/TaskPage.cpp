@@ -4,6 +4,7 @@
 #include "controls/BoxLabel.h"
 #include "controls/Look.h"
 #include "pages/Marking.h"
+#include "pages/PageHints.h"
 #include "session/TestFlow.h"
 
 #include <QEvent>
@@ -257,7 +258,9 @@ void TaskPage::check() {
         m_ok->hide();
         m_next->show();
     }
-    state().Pages.append(marking.record());
+    PageRecord record = marking.record();
+    PageHints::fill(record, m_flow.elements());
+    state().Pages.append(std::move(record));
     judged();
     if (praise) {
         m_flow.PlayJingle(QString::fromLatin1(TestFlow::kJingle));

@@ -7,6 +7,7 @@
 #include "controls/RoundPanel.h"
 #include "result/CertificateArt.h"
 #include "result/CertificatePrinter.h"
+#include "result/MistakeReview.h"
 #include "result/NameLabel.h"
 #include "session/Grades.h"
 #include "session/SessionState.h"
@@ -190,6 +191,12 @@ void AppResult::buildCertificate() {
     m_druck->setIcon(CertificateArt::icon(CertificateArt::Kind::Printer, Qt::white));
     m_druck->setIconSize(QSize(20, 20));
     bottom->addWidget(m_druck, 0, Qt::AlignBottom);
+    m_review = new QPushButton(QStringLiteral("&Fehler ansehen"), m_frame);
+    m_review->setObjectName(QStringLiteral("FehlerAnsehen"));
+    m_review->setAccessibleName(QStringLiteral("Fehler ansehen: jede falsche Antwort mit der "
+                                               "richtigen und einem Tipp"));
+    bottom->addSpacing(10);
+    bottom->addWidget(m_review, 0, Qt::AlignBottom);
     bottom->addStretch(1);
     m_neute = new RoundPanel({QColor(0xee, 0xf6, 0xf7), QColor(0xb2, 0xdf, 0xdb), 1, 6}, m_frame);
     m_neute->setObjectName(QStringLiteral("Neute"));
@@ -212,12 +219,14 @@ void AppResult::buildCertificate() {
     outer->addLayout(bottom);
 
     // Printing hides these two; the rest of the certificate stays where it was.
-    for (QWidget* w : {static_cast<QWidget*>(m_druck), static_cast<QWidget*>(m_neute)}) {
+    for (QWidget* w : {static_cast<QWidget*>(m_druck), static_cast<QWidget*>(m_neute),
+                       static_cast<QWidget*>(m_review)}) {
         QSizePolicy policy = w->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         w->setSizePolicy(policy);
     }
     connect(m_druck, &QPushButton::clicked, this, &AppResult::Druck_Click);
+    connect(m_review, &QPushButton::clicked, this, &AppResult::showMistakes);
     connect(m_musik, &QPushButton::clicked, this, &AppResult::Musik_Click);
     connect(yes, &QPushButton::clicked, this, &AppResult::CSCmd1_Click);
     connect(no, &QPushButton::clicked, this, &AppResult::CSCmd3_Click);
@@ -295,9 +304,15 @@ QString AppResult::printCertificate(QString* notice) {
     return problem;
 }
 
+void AppResult::showMistakes() {
+    MistakeReview review(m_state.Pages, this);
+    review.exec();
+}
+
 void AppResult::Druck_Click() {
     m_neute->hide();
     m_druck->hide();
+    m_review->hide();
     setWindowState(windowState() & ~Qt::WindowMaximized);
     m_frame->move(0, 0);
     // The inner area becomes exactly the frame: what is printed is what the
@@ -308,6 +323,7 @@ void AppResult::Druck_Click() {
     maximise();
     m_neute->show();
     m_druck->show();
+    m_review->show();
     if (!problem.isEmpty())
         NoticeBox::inform(this, problem);
     else if (!notice.isEmpty())

@@ -45,6 +45,8 @@ public:
     void Musik_Click();
     void CSCmd1_Click();
     void CSCmd3_Click();
+    // "Fehler ansehen": the review of every wrong answer.
+    void showMistakes();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -75,5 +77,6 @@ private:
     QLabel* m_titel[2] = {};
     QPushButton* m_druck = nullptr;
     QPushButton* m_musik = nullptr;
+    QPushButton* m_review = nullptr;
     QFrame* m_neute = nullptr;
 };

@@ -23,7 +23,7 @@ QString reasonOf(int error) {
     switch (error) {
     case ENOENT:
     case ENOTDIR:
-        return QStringLiteral("den Ordner gibt es nicht (nicht erreichbar?)");
+        return QStringLiteral("den Ordner gibt es nicht, oder der Server ist nicht erreichbar");
     case EACCES:
     case EPERM:
         return QStringLiteral("keine Schreibberechtigung");

@@ -1,5 +1,6 @@
 #include "session/TestFlow.h"
 
+#include "chem/ElementTable.h"
 #include "controls/GradeMark.h"
 #include "controls/PraisePanel.h"
 #include "session/Grades.h"
@@ -17,6 +18,13 @@ TestFlow::TestFlow(QWidget* holder, QObject* parent)
     : QObject(parent), m_holder(holder), m_random(std::make_unique<ClockRandomSource>()) {}
 
 TestFlow::~TestFlow() = default;
+
+const ElementTable& TestFlow::elements() const {
+    if (m_elements)
+        return *m_elements;
+    static const ElementTable builtIn = ElementTable::load(QStringLiteral(":/data/elements.dat"));
+    return builtIn;
+}
 
 void TestFlow::setBank(TaskBank bank, const QString& path) {
     m_bank = std::move(bank);

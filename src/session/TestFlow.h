@@ -14,6 +14,7 @@
 class QLabel;
 class QWidget;
 class CandidateRecords;
+class ElementTable;
 class GradeMark;
 class PraisePanel;
 class TaskPage;
@@ -68,6 +69,11 @@ public:
         return static_cast<Page*>(flowPage(number));
     }
 
+    // The element table the main window read; the hints on wrong answers
+    // look names and symbols up there. Without one, the built-in table.
+    void setElements(const ElementTable* elements) { m_elements = elements; }
+    const ElementTable& elements() const;
+
     // Where the pages keep what a teacher reads later (the session log).
     void setRecords(CandidateRecords* records) { m_records = records; }
     CandidateRecords* records() const { return m_records; }
@@ -119,6 +125,7 @@ private:
     QPointer<GradeMark> m_mark;
     QPointer<PraisePanel> m_praise;
     CandidateRecords* m_records = nullptr;
+    const ElementTable* m_elements = nullptr;
     int m_slideStepMs = 6;
     bool m_sliding = false;
     int m_jingleCalls = 0;

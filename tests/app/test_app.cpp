@@ -1,9 +1,11 @@
 #include "TestSupport.h"
+#include "app/AppInfo.h"
 #include "app/AppMain.h"
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "result/AppResult.h"
+#include "result/ResultRecord.h"
 
 #include <QAction>
 #include <QMenu>
@@ -210,6 +212,31 @@ void TestApp::slidesThroughTheTestOrder() {
     // Each page counts its tasks once, in the order of a test: 1, 2, 11, 8,
     // 12, 9, 3, 4, 5 and 6.
     QCOMPARE(main->flow().state().TasksSoFar, 6 + 4 + 6 + 4 + 5 + 10 + 3 + 4 + 4 + 6);
+
+    // The test was handed in as one result file that says the same, page by
+    // page in that order; equations are one item each, worth two tasks.
+    const QStringList results =
+        QDir(app.file(QStringLiteral("Ergebnisse"))).entryList(QDir::Files | QDir::Hidden);
+    QCOMPARE(results.size(), 1);
+    QVERIFY2(results.first().contains(QStringLiteral("_Anna_")), qPrintable(results.first()));
+    QFile file(app.file(QStringLiteral("Ergebnisse/") + results.first()));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QString why;
+    const std::optional<ResultRecord> record = ResultRecord::fromJson(file.readAll(), &why);
+    QVERIFY2(record, qPrintable(why));
+    QCOMPARE(record->candidate, QStringLiteral("Anna"));
+    QCOMPARE(record->tasks, main->flow().state().TasksSoFar);
+    QCOMPARE(record->correct, main->flow().state().CorrectSoFar);
+    QCOMPARE(record->bankSha256.size(), 64);
+    QList<int> pages;
+    QList<int> items;
+    for (const PageRecord& p : record->pages) {
+        pages << p.page;
+        items << int(p.items.size());
+    }
+    QCOMPARE(pages, order);
+    QCOMPARE(items, (QList<int>{6, 4, 6, 4, 5, 5, 3, 4, 4, 6}));
+    QCOMPARE(record->pages.first().items.first().given, QString());
 }
 
 void TestApp::endOfTestShowsResultThenAsksForNewTest() {
@@ -361,6 +388,8 @@ void TestApp::showsInfo() {
     QVERIFY(answer.text().contains(QStringLiteral("Laborix Test")));
     QVERIFY(answer.text().contains(QStringLiteral("3.0")));
     QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
+    QVERIFY(answer.text().contains(QStringLiteral("Ergebnisordner:\n  ") +
+                                   QDir::toNativeSeparators(main->info().resultsFolder())));
 }
 
 void TestApp::enterPressesFocusedButtons() {

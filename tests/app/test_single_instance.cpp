@@ -6,8 +6,12 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-// One program per data folder: of two started at the same moment exactly
-// one runs, and the lock of a program that was killed does not block.
+#include <sys/stat.h>
+#include <unistd.h>
+
+// One program per account and machine: of two started at the same moment
+// exactly one runs, two accounts on one folder both run, and the lock of a
+// program that was killed does not block.
 class TestSingleInstance : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -15,6 +19,8 @@ private Q_SLOTS:
     void lockOfKilledProgramDoesNotBlock();
     void lockWithoutOwner_data();
     void lockWithoutOwner();
+    void computerRoom_data();
+    void computerRoom();
 
 private:
     QTemporaryDir m_dir;
@@ -23,6 +29,13 @@ private:
 namespace {
 
 const QString kRunning = QStringLiteral("Der Laborixtest läuft bereits oder wird noch geladen.");
+
+// The lock a probe on this folder takes, with the account of this process.
+QString lockIn(const QString& folder) {
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("LABQUIZ_DATA"), folder);
+    return AppInfo(CommandLine(), env).lockPath();
+}
 
 } // namespace
 
@@ -48,7 +61,7 @@ void TestSingleInstance::twoStartedAtOnce() {
     QVERIFY2(winner.linesStartingWith(QStringLiteral("NOTICE ")).isEmpty(),
              qPrintable(winner.transcript()));
     // The winner let go of the folder when it ended.
-    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("laborix.lock"))));
+    QVERIFY(!QFile::exists(lockIn(dir.path())));
 }
 
 void TestSingleInstance::lockOfKilledProgramDoesNotBlock() {
@@ -57,7 +70,7 @@ void TestSingleInstance::lockOfKilledProgramDoesNotBlock() {
     killed.start();
     QVERIFY2(killed.waitFor(QStringLiteral("RUNNING")), qPrintable(killed.transcript()));
     killed.kill(); // SIGKILL: no chance to remove its lock
-    QVERIFY(QFile::exists(dir.filePath(QStringLiteral("laborix.lock"))));
+    QVERIFY(QFile::exists(lockIn(dir.path())));
 
     ProbeRun next(dir.path(), {});
     next.start();
@@ -83,7 +96,7 @@ void TestSingleInstance::lockWithoutOwner() {
     QFETCH(int, ageSeconds);
     QFETCH(bool, claimed);
     QTemporaryDir dir;
-    const QString lock = dir.filePath(QStringLiteral("laborix.lock"));
+    const QString lock = lockIn(dir.path());
     QVERIFY(writeFile(lock, content));
     {
         QFile f(lock);
@@ -91,7 +104,7 @@ void TestSingleInstance::lockWithoutOwner() {
         QVERIFY(f.setFileTime(QDateTime::currentDateTime().addSecs(-ageSeconds),
                               QFileDevice::FileModificationTime));
     }
-    QProcessEnvironment env;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("LABQUIZ_DATA"), dir.path());
     AppInfo info(CommandLine(), env);
     QCOMPARE(info.claimInstance(), claimed);
@@ -110,6 +123,60 @@ void TestSingleInstance::lockWithoutOwner() {
         AppInfo second(CommandLine(), env);
         QVERIFY(!second.claimInstance());
     }
+}
+
+void TestSingleInstance::computerRoom_data() {
+    QTest::addColumn<QString>("second"); // the account of the second student
+    QTest::addColumn<bool>("bothRun");
+    dataRow("zwei Konten", QStringLiteral("ben"), true);
+    dataRow("dasselbe Konto", QStringLiteral("anna"), false);
+}
+
+void TestSingleInstance::computerRoom() {
+    QFETCH(QString, second);
+    QFETCH(bool, bothRun);
+    if (::geteuid() != 0)
+        QSKIP("braucht root: Aufgaben- und Ergebnisordner gehören einem anderen Konto");
+    // One folder shared by the accounts (as a class account's home would
+    // be), the teacher's task folder read-only, the results a drop box.
+    QTemporaryDir dir;
+    QVERIFY(::chmod(QFile::encodeName(dir.path()).constData(), 0755) == 0);
+    const QString personal = dir.filePath(QStringLiteral("home"));
+    const QString tasks = dir.filePath(QStringLiteral("aufgaben"));
+    const QString results = dir.filePath(QStringLiteral("ergebnisse"));
+    for (const QString& folder : {personal, tasks, results})
+        QVERIFY(QDir().mkpath(folder));
+    for (const char* name : {"labquiz.dat", "elements.dat"})
+        QVERIFY(QFile::copy(QStringLiteral(":/data/") + QLatin1String(name),
+                            QDir(tasks).filePath(QLatin1String(name))));
+    for (const auto& [folder, mode] : {std::pair{tasks, 0555}, std::pair{results, 01733}}) {
+        QVERIFY(::chown(QFile::encodeName(folder).constData(), 65534, 65534) == 0);
+        QVERIFY(::chmod(QFile::encodeName(folder).constData(), mode) == 0);
+    }
+    QVERIFY(::chmod(QFile::encodeName(personal).constData(), 0777) == 0);
+    const QStringList args{QStringLiteral("--no-override"), QStringLiteral("--stay"),
+                           QStringLiteral("3000")};
+    ProbeRun a(personal, args);
+    ProbeRun b(personal, args);
+    for (auto& [run, account] : {std::pair{&a, QStringLiteral("anna")}, std::pair{&b, second}}) {
+        run->setEnv(QStringLiteral("USER"), account);
+        run->setEnv(QStringLiteral("LABQUIZ_TASKS"), tasks);
+        run->setEnv(QStringLiteral("LABQUIZ_RESULTS"), results);
+        run->start();
+    }
+    QVERIFY2(a.finish() && b.finish(), qPrintable(a.transcript() + u'\n' + b.transcript()));
+    const int running = int(a.lines().contains(QStringLiteral("RUNNING"))) +
+                        int(b.lines().contains(QStringLiteral("RUNNING")));
+    QCOMPARE(running, bothRun ? 2 : 1);
+    const QStringList notices = a.linesStartingWith(QStringLiteral("NOTICE ")) +
+                                b.linesStartingWith(QStringLiteral("NOTICE "));
+    // The bank came from the task folder, so no notice but the refusal.
+    QCOMPARE(notices, bothRun ? QStringList() : QStringList{kRunning});
+    // Nothing was written into the teacher's folder, nothing of the bank
+    // into the personal one.
+    QCOMPARE(QDir(tasks).entryList(QDir::Files | QDir::Hidden),
+             (QStringList{QStringLiteral("elements.dat"), QStringLiteral("labquiz.dat")}));
+    QVERIFY(!QFile::exists(QDir(personal).filePath(QStringLiteral("labquiz.dat"))));
 }
 
 QTEST_MAIN(TestSingleInstance)

@@ -17,7 +17,9 @@
 // --score C/T sets the counters before the page is checked; --finish then
 // presses the page's "Weiter" and shoots what comes up (the result form
 // after the last page); --print presses "Graphik Drucken" on the result
-// form first (LABQUIZ_PRINT_TO names the PDF).
+// form first (LABQUIZ_PRINT_TO names the PDF); --review records a few
+// typical wrong answers of earlier pages and opens "Fehler ansehen" on the
+// result form.
 // --table opens the periodic table, --calc opens the calculator from the
 // menu and types EXPR followed by Enter, --button clicks the named button
 // (e.g. "but_Calc(0)"); a dialog that opens stays open for the picture.
@@ -29,6 +31,7 @@
 #include "app/AppSplash.h"
 #include "app/StartUp.h"
 #include "overview/OverviewWindow.h"
+#include "pages/PageHints.h"
 #include "pages/TaskPage.h"
 #include "result/FinalGrade.h"
 #include "result/ResultRecord.h"
@@ -130,6 +133,37 @@ void fillPage(QWidget* p, const SessionState& s, const QString& fill) {
         if (pick)
             pick->click();
     }
+}
+
+// Wrong answers a class gives, as the pages would record them, placed before
+// the pages already checked.
+void recordMistakes(TestFlow& flow) {
+    auto page = [](int number, QList<AnswerItem> items) {
+        PageRecord r;
+        r.page = number;
+        r.title = pageTitle(number);
+        r.items = std::move(items);
+        r.tasks = int(r.items.size());
+        return r;
+    };
+    QList<PageRecord> earlier = {
+        page(1, {{QStringLiteral("Cobalt"), QStringLiteral("Co"), QStringLiteral("CO")},
+                 {QStringLiteral("Kalium"), QStringLiteral("K"), QStringLiteral("Ca")},
+                 {QStringLiteral("Natrium"), QStringLiteral("Na"), QStringLiteral("Na"), true}}),
+        page(11,
+             {{QStringLiteral("Lithiumoxid"), QStringLiteral("Li2O"), QStringLiteral("LiO")},
+              {QStringLiteral("Eisen(III)-oxid"), QStringLiteral("Fe2O3"), QStringLiteral("FeO")}}),
+        page(8, {{QStringLiteral("Lithiumchlorid (LiCl)"), QStringLiteral("42.4"),
+                  QStringLiteral("42,39")}}),
+        page(9,
+             {{QStringLiteral("H2 + O2 = H2O"), QStringLiteral("2 1 2"), QStringLiteral("4 2 4")},
+              {QStringLiteral("N2 + H2 = NH3"), QStringLiteral("1 3 2"), QStringLiteral("1 3 1")}}),
+        page(5, {{QStringLiteral("Definition"), QStringLiteral("Katalysator"), QString()}})};
+    earlier.last().page = 4;
+    earlier.last().title = pageTitle(4);
+    for (PageRecord& r : earlier)
+        PageHints::fill(r, flow.elements());
+    flow.state().Pages = earlier + flow.state().Pages;
 }
 
 // A made-up class for pictures of the overview: names, attempts, tasks and
@@ -275,6 +309,7 @@ int main(int argc, char** argv) {
     const QString score = scoreAt > 0 ? args.value(scoreAt + 1) : QString();
     const bool finish = args.contains(QStringLiteral("--finish"));
     const bool print = args.contains(QStringLiteral("--print"));
+    const bool review = args.contains(QStringLiteral("--review"));
     const bool table = args.contains(QStringLiteral("--table"));
     const int calcAt = args.indexOf(QStringLiteral("--calc"));
     const int buttonAt = args.indexOf(QStringLiteral("--button"));
@@ -295,7 +330,11 @@ int main(int argc, char** argv) {
     main->flow().setSlideStepMs(0);
     main->setLauncher([](const QString&, const QStringList&) { return true; });
     main->setExiter([] {});
+    bool shotTaken = false;
     auto shoot = [&] {
+        if (shotTaken)
+            return;
+        shotTaken = true;
         const QPixmap shot = main->screen()->grabWindow(0);
         const bool ok = shot.save(out);
         std::printf("%s %s\n", ok ? "saved" : "could not save", qPrintable(out));
@@ -316,8 +355,14 @@ int main(int argc, char** argv) {
                 main->flow().state().CorrectSoFar = score.section(u'/', 0, 0).toInt();
                 main->flow().state().TasksSoFar = score.section(u'/', 1, 1).toInt();
             }
+            // A notice the check shows holds the click; the picture is taken
+            // from inside it.
+            if (p && check && !finish)
+                QTimer::singleShot(700, shoot);
             if (p && check)
                 p->okButton()->click();
+            if (p && finish && review)
+                recordMistakes(main->flow());
             if (p && finish) {
                 QTimer::singleShot(600, [&] {
                     auto* form = qobject_cast<QWidget*>(QApplication::activeModalWidget());
@@ -327,6 +372,10 @@ int main(int argc, char** argv) {
                     QTimer::singleShot(400, shoot);
                     if (print && druck)
                         druck->click();
+                    if (auto* b = review && form ? form->findChild<QPushButton*>(
+                                                       QStringLiteral("FehlerAnsehen"))
+                                                 : nullptr)
+                        b->click();
                 });
                 p->nextButton()->click();
                 return;
@@ -351,6 +400,8 @@ int main(int argc, char** argv) {
         } else if (buttonAt > 0) {
             if (auto* b = main->findChild<QAbstractButton*>(args.value(buttonAt + 1)))
                 b->click();
+        } else if (args.contains(QStringLiteral("--info"))) {
+            main->M_H_INFO_Click();
         } else if (menuAt > 0) {
             // Opens the named menu (mnu_File, mnu_Help) as a click on its title would.
             if (auto* menu = main->findChild<QMenu*>(args.value(menuAt + 1)))

@@ -49,8 +49,9 @@ int ClassSummary::gradeStep(const ResultRecord& record) {
 }
 
 QString ClassSummary::percentText(double share) {
-    return QLocale(QLocale::German, QLocale::Germany).toString(share * 100.0, 'f', 1) +
-           QStringLiteral(" %");
+    // Made once: the class table asks for thousands of these.
+    static const QLocale german(QLocale::German, QLocale::Germany);
+    return german.toString(share * 100.0, 'f', 1) + QStringLiteral(" %");
 }
 
 QString ClassSummary::trendText(const ResultRecord& first, const ResultRecord& last) {

@@ -18,6 +18,7 @@ struct TestFilter {
     Level level = Level::Any;
 
     bool accepts(const ResultRecord& record) const;
+    bool operator==(const TestFilter&) const = default;
 };
 
 // What a class's results say, worked out as plain data for the window, the

@@ -269,6 +269,8 @@ void OverviewWindow::buildTabs() {
                QStringLiteral("Anteil richtig"), QStringLiteral("Note"), QStringLiteral("Punkte")},
               m_tabs);
     m_classTable->setRootIsDecorated(true);
+    m_classTable->setToolTip(
+        QStringLiteral("Doppelklick oder Eingabetaste auf einen Test: alle seine Aufgaben"));
     m_classTable->setSortingEnabled(true);
     m_classTable->sortByColumn(CName, Qt::AscendingOrder);
     m_classTable->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
@@ -370,11 +372,25 @@ void OverviewWindow::startReading() {
     stopReading();
     m_progress = std::make_shared<ResultFolder::Progress>();
     m_incoming = std::make_shared<ResultFolder::Reading>();
+    m_incomingSummary = std::make_shared<ClassSummary>();
+    // The filter the window will have once the reading is in: the date
+    // edits then span the whole reading (no restriction) unless the command
+    // line gave days for the first one.
+    m_incomingFilter = filter();
+    m_incomingFilter.from = m_firstReading ? m_presetFrom : QDate();
+    m_incomingFilter.to = m_firstReading ? m_presetTo : QDate();
     const QString folder = m_folder;
     auto progress = m_progress;
     auto incoming = m_incoming;
-    m_thread = QThread::create(
-        [folder, progress, incoming] { *incoming = ResultFolder::read(folder, progress.get()); });
+    auto summary = m_incomingSummary;
+    const TestFilter selection = m_incomingFilter;
+    // The summary is worked out here too, so that the window's own thread
+    // only fills its views.
+    m_thread = QThread::create([folder, progress, incoming, summary, selection] {
+        *incoming = ResultFolder::read(folder, progress.get());
+        if (!incoming->cancelled)
+            *summary = ClassSummary::of(incoming->records, selection);
+    });
     const int generation = ++m_generation;
     connect(m_thread, &QThread::finished, this, [this, generation] {
         if (generation == m_generation)
@@ -433,7 +449,11 @@ void OverviewWindow::takeReading() {
     }
     m_firstReading = false;
     fillNotices();
-    refresh();
+    if (filter() == m_incomingFilter)
+        showSummary(std::move(*m_incomingSummary));
+    else
+        refresh();
+    m_incomingSummary.reset();
     Q_EMIT readingFinished();
 }
 
@@ -469,7 +489,11 @@ QString OverviewWindow::selectionText() const {
 
 void OverviewWindow::refresh() {
     m_filterTimer.stop();
-    m_summary = ClassSummary::of(m_reading.records, filter());
+    showSummary(ClassSummary::of(m_reading.records, filter()));
+}
+
+void OverviewWindow::showSummary(ClassSummary summary) {
+    m_summary = std::move(summary);
     fillClassTable();
     fillCharts();
     fillHardTasks();
@@ -496,6 +520,10 @@ void OverviewWindow::refresh() {
 
 void OverviewWindow::fillClassTable() {
     const QList<ResultRecord>& records = m_reading.records;
+    // Columns are sized once when all rows are in, not at every row, and
+    // nothing is drawn meanwhile.
+    m_classTable->setUpdatesEnabled(false);
+    m_classTable->header()->setSectionResizeMode(QHeaderView::Interactive);
     m_classTable->setSortingEnabled(false);
     m_classTable->clear();
     auto fillTest = [&](QTreeWidgetItem* item, int index) {
@@ -512,7 +540,6 @@ void OverviewWindow::fillClassTable() {
         setCell(item, CShare, ClassSummary::percentText(r.share()), r.share(), Qt::AlignRight);
         setCell(item, CGrade, r.grade, ClassSummary::gradeStep(r));
         setCell(item, CPoints, QString::number(r.points), r.points, Qt::AlignRight);
-        item->setToolTip(CName, QStringLiteral("Doppelklick: alle Aufgaben dieses Tests"));
     };
     QList<QTreeWidgetItem*> top;
     top.reserve(m_summary.attempts.size());
@@ -569,6 +596,8 @@ void OverviewWindow::fillClassTable() {
     m_classTable->addTopLevelItems(top);
     m_classTable->expandAll();
     m_classTable->setSortingEnabled(true);
+    m_classTable->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_classTable->setUpdatesEnabled(true);
 }
 
 QList<int> OverviewWindow::shownTests() const {

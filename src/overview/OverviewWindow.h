@@ -88,7 +88,9 @@ private:
     void startReading();
     void pollProgress();
     void takeReading();
+    // Works the summary out for the filter and fills every view from it.
     void refresh();
+    void showSummary(ClassSummary summary);
     void fillClassTable();
     void fillCharts();
     void fillHardTasks();
@@ -107,6 +109,9 @@ private:
     QThread* m_thread = nullptr;
     std::shared_ptr<ResultFolder::Progress> m_progress;
     std::shared_ptr<ResultFolder::Reading> m_incoming;
+    // The summary the reading thread worked out, and for which filter.
+    std::shared_ptr<ClassSummary> m_incomingSummary;
+    TestFilter m_incomingFilter;
     QElapsedTimer m_readingClock;
     QTimer m_progressTimer;
     QTimer m_filterTimer;

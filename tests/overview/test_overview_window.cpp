@@ -27,6 +27,7 @@ private Q_SLOTS:
     void cleanup();
     void showsTheClass();
     void filtersNarrowEveryView();
+    void datesFromTheCommandLine();
     void doubleClickShowsEveryTask();
     void savesTheTableAsShown();
     void printsTheReport();
@@ -147,6 +148,25 @@ void TestOverviewWindow::filtersNarrowEveryView() {
     QTRY_COMPARE(w->summary().tests, (QList<int>{3, 4}));
     child<QPushButton>(w, "FilterAus")->click();
     QCOMPARE(w->summary().tests.size(), 5);
+}
+
+void TestOverviewWindow::datesFromTheCommandLine() {
+    // "--von 2026-11-22": the first reading shows those days, and so do the
+    // date fields; "Alle zeigen" opens the whole range.
+    m_window = std::make_unique<OverviewWindow>(m_dir->filePath("Ergebnisse"), nullptr);
+    m_window->presetDates(QDate(2026, 11, 22), QDate());
+    QSignalSpy read(m_window.get(), &OverviewWindow::readingFinished);
+    m_window->openFolder(m_dir->filePath("Ergebnisse"));
+    QVERIFY(read.wait(20000));
+    QCOMPARE(m_window->summary().tests, (QList<int>{2, 3, 4}));
+    QCOMPARE(child<QDateEdit>(m_window.get(), "FilterVon")->date(), QDate(2026, 11, 22));
+    QCOMPARE(child<QTreeWidget>(m_window.get(), "Klassentabelle")->topLevelItemCount(), 2);
+    child<QPushButton>(m_window.get(), "FilterAus")->click();
+    QCOMPARE(m_window->summary().tests.size(), 5);
+    // Read again, the range is no longer the command line's.
+    m_window->reread();
+    QVERIFY(read.wait(20000));
+    QCOMPARE(m_window->summary().tests.size(), 5);
 }
 
 void TestOverviewWindow::doubleClickShowsEveryTask() {

@@ -153,7 +153,7 @@ void OverviewWindow::buildTop() {
         QStringLiteral("&Ergebnisordner des Programms"), QStringLiteral("Standardordner"), this,
         QStringLiteral("Den Ergebnisordner auswerten, in den dieses Programm die Tests schreibt."));
     connect(standard, &QPushButton::clicked, this, [this] { openFolder(m_resultsFolder, true); });
-    QPushButton* again = button(QStringLiteral("&Neu einlesen"), QStringLiteral("NeuEinlesen"),
+    QPushButton* again = button(QStringLiteral("Neu ein&lesen"), QStringLiteral("NeuEinlesen"),
                                 this, QStringLiteral("Den Ordner noch einmal lesen (F5)."));
     again->setShortcut(QKeySequence::Refresh);
     connect(again, &QPushButton::clicked, this, &OverviewWindow::reread);
@@ -198,7 +198,7 @@ void OverviewWindow::buildTop() {
     m_level->addItems(
         {QStringLiteral("alle Stufen"), QStringLiteral("normal"), QStringLiteral("Strebermodus")});
     connect(m_level, &QComboBox::currentIndexChanged, this, &OverviewWindow::refresh);
-    caption(QStringLiteral("&Stufe:"), m_level);
+    caption(QStringLiteral("St&ufe:"), m_level);
     QPushButton* all = button(QStringLiteral("&Alle zeigen"), QStringLiteral("FilterAus"), this,
                               QStringLiteral("Namensfilter, Zeitraum und Stufe zurücksetzen."));
     connect(all, &QPushButton::clicked, this, [this] {
@@ -631,7 +631,7 @@ void OverviewWindow::fillNotices() {
     m_notices->addTopLevelItems(rows);
     m_notices->resizeColumnToContents(0);
     const int at = m_tabs->indexOf(m_notices);
-    m_tabs->setTabText(at, QStringLiteral("Übersprungene &Dateien (%1)").arg(rows.size()));
+    m_tabs->setTabText(at, QStringLiteral("Übersprun&gene Dateien (%1)").arg(rows.size()));
 }
 
 void OverviewWindow::showTest(int record) {

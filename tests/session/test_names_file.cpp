@@ -21,18 +21,23 @@ void TestNamesFile::keepsOddNamesExactly() {
                           QStringLiteral("  Anna  "),         QStringLiteral("back\\slash\\n"),
                           QStringLiteral("DIFFICULTY=5"),     QStringLiteral("Name=Name"),
                           QStringLiteral("; kein Kommentar"), QStringLiteral("tab\there"),
-                          QStringLiteral("€ und Œ"),          QStringLiteral("zeile\r\nzwei")};
+                          QStringLiteral("€ und Œ"),          QStringLiteral("zeile\r\nzwei"),
+                          QStringLiteral("AUSWERTUNG=/tmp")};
     NamesFile file(dir.filePath(QStringLiteral("names.ini")));
     for (const QString& n : odd)
         QVERIFY(file.addName(n));
     QVERIFY(!file.addName(QStringLiteral("a=b"))); // no duplicates
     file.setDifficulty(1);
+    // The overview's folder, beside the level.
+    const QString folder = QStringLiteral("/srv/Schule/Ergebnisse 8b;\\ä\nx");
+    file.setOverviewFolder(folder);
     QVERIFY(file.save());
 
     NamesFile again(file.path());
     QVERIFY(again.load());
     QCOMPARE(again.names(), odd);
     QCOMPARE(again.difficulty(), 1);
+    QCOMPARE(again.overviewFolder(), folder);
 }
 
 void TestNamesFile::survivesHandEditedFiles() {

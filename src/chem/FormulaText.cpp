@@ -96,16 +96,20 @@ QString FormulaText::formulaToPlain(QStringView formula) {
     return out;
 }
 
-QString FormulaText::textToHtml(QStringView text) {
-    // A formula here: element symbols and bracketed groups with counts,
-    // optionally a charge and a "·" hydrate part, standing as a word of its
-    // own and holding at least one count or charge (so "Na" or "Ein" stay).
-    static const QRegularExpression formula(
+namespace {
+
+// The formulas in a sentence: element symbols and bracketed groups with
+// counts, optionally a charge and a "·" hydrate part, standing as a word of
+// their own and holding at least one count or charge (so "Na" or "Ein"
+// stay). Each is set by `formula`, every other character by `other`.
+template <class Formula, class Other>
+QString setFormulas(QStringView text, Formula formula, Other other) {
+    static const QRegularExpression pattern(
         QStringLiteral("(?<![\\w^])(?:[A-Z][a-z]?\\d*|\\((?:[A-Z][a-z]?\\d*)+\\)\\d*)+"
                        "(?:\\^\\d*[+-])?(?:\\x{00B7}\\d*(?:[A-Z][a-z]?\\d*)+)?(?![\\w])"));
     QString out;
     qsizetype last = 0;
-    auto it = formula.globalMatch(text);
+    auto it = pattern.globalMatch(text);
     while (it.hasNext()) {
         const QRegularExpressionMatch m = it.next();
         const QStringView found = text.mid(m.capturedStart(), m.capturedLength());
@@ -115,11 +119,21 @@ QString FormulaText::textToHtml(QStringView text) {
         if (!marked)
             continue;
         for (QChar c : text.mid(last, m.capturedStart() - last))
-            out += escaped(c);
-        out += formulaToHtml(found);
+            out += other(c);
+        out += formula(found);
         last = m.capturedEnd();
     }
     for (QChar c : text.mid(last))
-        out += escaped(c);
+        out += other(c);
     return out;
+}
+
+} // namespace
+
+QString FormulaText::textToHtml(QStringView text) {
+    return setFormulas(text, &FormulaText::formulaToHtml, escaped);
+}
+
+QString FormulaText::textToPlain(QStringView text) {
+    return setFormulas(text, &FormulaText::formulaToPlain, [](QChar c) { return c; });
 }

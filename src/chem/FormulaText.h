@@ -17,4 +17,6 @@ public:
     // Plain text with Unicode sub- and superscript digits, for places that
     // cannot show rich text (list items, window titles).
     static QString formulaToPlain(QStringView formula);
+    // A sentence with its formulas in plain text (item views, file names).
+    static QString textToPlain(QStringView text);
 };

@@ -1,5 +1,6 @@
 #include "overview/ClassReport.h"
 
+#include "chem/FormulaText.h"
 #include "overview/OverviewCharts.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -26,6 +27,11 @@ QString esc(const QString& text) {
 
 QString cell(const QString& text, const char* align = "left") {
     return QStringLiteral("<td align=\"%1\">%2</td>").arg(QLatin1String(align), esc(text));
+}
+
+// A text from a task: its formulas set with subscripts.
+QString taskCell(const QString& text) {
+    return QStringLiteral("<td>%1</td>").arg(FormulaText::textToHtml(text));
 }
 
 QString headRow(const QStringList& captions) {
@@ -125,10 +131,10 @@ QString ClassReport::html(const Input& input, int chartWidth) {
                       QStringLiteral("Richtig wäre"), QStringLiteral("gestellt"),
                       QStringLiteral("falsch"), QStringLiteral("häufigste falsche Antworten")});
         for (const ClassSummary::HardTask& t : s.hardTasks.mid(0, kHardTasksPrinted))
-            h += QStringLiteral("<tr>") + cell(pageTitle(t.page)) + cell(t.prompt) +
-                 cell(t.expected) + cell(QString::number(t.asked), "right") +
+            h += QStringLiteral("<tr>") + cell(pageTitle(t.page)) + taskCell(t.prompt) +
+                 taskCell(t.expected) + cell(QString::number(t.asked), "right") +
                  cell(QString::number(t.wrong), "right") +
-                 cell(ClassSummary::wrongAnswersText(t.wrongAnswers)) + QStringLiteral("</tr>");
+                 taskCell(ClassSummary::wrongAnswersText(t.wrongAnswers)) + QStringLiteral("</tr>");
         h += QStringLiteral("</table>");
         if (s.hardTasks.size() > kHardTasksPrinted)
             h += QStringLiteral("<p>Die %1 am häufigsten falsch beantworteten von %2 Aufgaben mit "

@@ -1,5 +1,6 @@
 #include "overview/OverviewWindow.h"
 
+#include "chem/FormulaText.h"
 #include "controls/Look.h"
 #include "controls/NoticeBox.h"
 #include "overview/ClassCsv.h"
@@ -605,15 +606,17 @@ void OverviewWindow::fillHardTasks() {
     for (const ClassSummary::HardTask& t : m_summary.hardTasks) {
         auto* item = new SortItem;
         setCell(item, HPage, pageTitle(t.page), ClassSummary::pageIndex(t.page));
-        setCell(item, HPrompt, t.prompt, t.prompt);
-        setCell(item, HExpected, t.expected, t.expected);
+        // Formulas with real subscripts: H₂SO₄, not H2SO4.
+        setCell(item, HPrompt, FormulaText::textToPlain(t.prompt), t.prompt);
+        setCell(item, HExpected, FormulaText::textToPlain(t.expected), t.expected);
         setCell(item, HAsked, QString::number(t.asked), t.asked, Qt::AlignRight);
         setCell(item, HWrong, QString::number(t.wrong), t.wrong, Qt::AlignRight);
         setCell(item, HShare, ClassSummary::percentText(t.wrongShare()), t.wrongShare(),
                 Qt::AlignRight);
-        setCell(item, HAnswers, ClassSummary::wrongAnswersText(t.wrongAnswers),
+        setCell(item, HAnswers,
+                FormulaText::textToPlain(ClassSummary::wrongAnswersText(t.wrongAnswers)),
                 t.wrongAnswers.value(0).count);
-        item->setToolTip(HPrompt, t.prompt);
+        item->setToolTip(HPrompt, item->text(HPrompt));
         rows << item;
     }
     m_hardTasks->addTopLevelItems(rows);

@@ -1,5 +1,6 @@
 #include "overview/TestDetailDialog.h"
 
+#include "chem/FormulaText.h"
 #include "controls/Look.h"
 #include "overview/ClassSummary.h"
 #include "result/ResultRecord.h"
@@ -67,10 +68,11 @@ TestDetailDialog::TestDetailDialog(const ResultRecord& record, const QString& fi
         pageItem->setFont(Task, bold);
         for (const AnswerItem& item : page.items) {
             auto* row = new QTreeWidgetItem(pageItem);
-            row->setText(Task, item.prompt);
-            row->setText(Given,
-                         item.given.isEmpty() ? QStringLiteral("(keine Antwort)") : item.given);
-            row->setText(Expected, item.expected);
+            // Formulas with real subscripts, as the pages show them.
+            row->setText(Task, FormulaText::textToPlain(item.prompt));
+            row->setText(Given, item.given.isEmpty() ? QStringLiteral("(keine Antwort)")
+                                                     : FormulaText::textToPlain(item.given));
+            row->setText(Expected, FormulaText::textToPlain(item.expected));
             row->setText(Verdict,
                          item.right ? QStringLiteral("✓ richtig") : QStringLiteral("✗ falsch"));
             // Black reads well on both the green and the red.
@@ -78,7 +80,7 @@ TestDetailDialog::TestDetailDialog(const ResultRecord& record, const QString& fi
             row->setForeground(Verdict, QColor(Qt::black));
             row->setText(Hint, item.hint);
             anyHint = anyHint || !item.hint.isEmpty();
-            row->setToolTip(Task, item.prompt);
+            row->setToolTip(Task, row->text(Task));
         }
     }
     m_tasks->expandAll();

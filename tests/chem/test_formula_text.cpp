@@ -8,6 +8,7 @@ private Q_SLOTS:
     void rendersFormulas();
     void findsFormulasInSentences_data();
     void findsFormulasInSentences();
+    void setsFormulasInPlainText();
 };
 
 void TestFormulaText::rendersFormulas_data() {
@@ -52,6 +53,14 @@ void TestFormulaText::findsFormulasInSentences() {
     QFETCH(QString, text);
     QFETCH(QString, html);
     QCOMPARE(FormulaText::textToHtml(text), html);
+}
+
+void TestFormulaText::setsFormulasInPlainText() {
+    // For item views, which show no rich text: the same formulas, the same
+    // words left alone, nothing escaped.
+    QCOMPARE(FormulaText::textToPlain(u"H2 + O2 = H2O"), QStringLiteral("H₂ + O₂ = H₂O"));
+    QCOMPARE(FormulaText::textToPlain(u"„SO4^2-“ 3×, Na 2×, a < b"),
+             QStringLiteral("„SO₄²⁻“ 3×, Na 2×, a < b"));
 }
 
 QTEST_APPLESS_MAIN(TestFormulaText)

@@ -66,7 +66,7 @@ inline QList<ResultRecord> sampleClass() {
             sampleTest("Cem", "2026-11-22T11:00:00",
                        {{1, "Natrium", "Na", "NA"},
                         {11, "Kohlenstoffmonoxid", "CO", ""},
-                        {9, "@2H2+@1O2=@2H2O", "2 1 2", "2 1 2"}},
+                        {9, "H2 + O2 = H2O", "2 1 2", "2 1 2"}},
                        true),
             sampleTest("Anna", "2026-11-24T10:00:00", {naRight, asRight, coRight}),
             sampleTest("anna ", "2026-11-25T09:30:00", {naRight, {1, "Arsen", "As", "as"}})};

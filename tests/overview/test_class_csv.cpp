@@ -61,7 +61,7 @@ void TestClassCsv::wholeTable() {
                                  {1, "Arsen", "As", "As"},
                                  {1, "Eisen", "Fe", "Fe"},
                                  {1, "Kupfer", "Cu", "Ku"},
-                                 {9, "@2H2+@1O2=@2H2O", "2 1 2", "2 1 2"}});
+                                 {9, "H2 + O2 = H2O", "2 1 2", "2 1 2"}});
     r.machine = QStringLiteral("pc-07");
     // 5 of 6 right: 83,3 % with a decimal comma.
     const QByteArray bytes = ClassCsv::table({r}, {QStringLiteral("lena.json")}, {0});

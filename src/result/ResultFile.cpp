@@ -1,6 +1,7 @@
 #include "result/ResultFile.h"
 
 #include "result/ResultRecord.h"
+#include "session/AtomicFile.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -20,25 +21,13 @@
 namespace {
 
 QString reasonOf(int error) {
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
+    if (error == ENOENT || error == ENOTDIR)
         return QStringLiteral("den Ordner gibt es nicht, oder der Server ist nicht erreichbar");
-    case EACCES:
-    case EPERM:
-        return QStringLiteral("keine Schreibberechtigung");
-    case ENOSPC:
-        return QStringLiteral("kein Platz mehr auf dem Datenträger");
-#ifdef EDQUOT
-    case EDQUOT:
-        return QStringLiteral("das Speicherkontingent ist erschöpft");
-#endif
-    case EROFS:
-        return QStringLiteral("der Datenträger ist schreibgeschützt");
-    default:
-        return error ? QString::fromLocal8Bit(std::strerror(error))
-                     : QStringLiteral("unbekannter Fehler");
-    }
+    const QString known = AtomicFile::reasonOf(error);
+    if (!known.isEmpty())
+        return known;
+    return error ? QString::fromLocal8Bit(std::strerror(error))
+                 : QStringLiteral("unbekannter Fehler");
 }
 
 QString candidateName(const QString& name, int attempt) {

@@ -12,11 +12,9 @@
 #include <unistd.h>
 #endif
 
-namespace {
-
 // The system's reason for the last failed call, in German; empty for reasons
 // that tell a teacher nothing.
-QString reasonOf(int error) {
+QString AtomicFile::reasonOf(int error) {
     switch (error) {
     case ENOSPC:
         return QStringLiteral("kein Platz mehr auf dem Datenträger");
@@ -37,8 +35,6 @@ QString reasonOf(int error) {
         return {};
     }
 }
-
-} // namespace
 
 QString AtomicFile::whyNotWritable(const QString& path, const QString& writeError) {
     const QFileInfo file(path);

@@ -21,4 +21,7 @@ public:
     // Why path cannot be written, judged from the folder, the file and the
     // free space; writeError is the system's reason in German, if known.
     static QString whyNotWritable(const QString& path, const QString& writeError);
+    // The system's reason for a failed call (an errno), in German; empty for
+    // reasons that tell a teacher nothing.
+    static QString reasonOf(int error);
 };

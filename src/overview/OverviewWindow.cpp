@@ -119,7 +119,8 @@ OverviewWindow::OverviewWindow(QString resultsFolder, NamesFile* remembered, QWi
     m_filterTimer.setInterval(150);
     connect(&m_filterTimer, &QTimer::timeout, this, &OverviewWindow::refresh);
 
-    QSize wanted(1240, 720);
+    // The class table's nine columns want about 1300 pixels.
+    QSize wanted(1340, 720);
     if (const QScreen* s = screen())
         wanted = wanted.boundedTo(s->availableGeometry().size() - QSize(0, 32));
     resize(wanted);
@@ -559,8 +560,8 @@ void OverviewWindow::fillClassTable() {
         setCell(group, CName, QStringLiteral("%1 (%2 Versuche)").arg(a.name).arg(a.tests.size()),
                 a.name);
         setCell(group, CDate,
-                QStringLiteral("%1 – %2").arg(first.finished.toString(QStringLiteral("dd.MM.")),
-                                              last.finished.toString(QStringLiteral("dd.MM.yyyy"))),
+                QStringLiteral("%1–%2").arg(first.finished.toString(QStringLiteral("dd.MM.")),
+                                            last.finished.toString(QStringLiteral("dd.MM.yy"))),
                 last.finished.toSecsSinceEpoch());
         setCell(group, CTime, QString(), last.finished.time().msecsSinceStartOfDay());
         setCell(group, CLevel, levelText(last.expert), int(last.expert));

@@ -6,6 +6,7 @@
 
 #include "app/AppMain.h"
 #include "app/StartUp.h"
+#include "chem/ElementTable.h"
 #include "chem/LegacyText.h"
 #include "controls/GradeMark.h"
 #include "controls/PraisePanel.h"
@@ -140,6 +141,12 @@ inline QProcessEnvironment withoutDisplay(const QString& dataFolder) {
     if (!dataFolder.isEmpty())
         env.insert(QStringLiteral("LABQUIZ_DATA"), dataFolder);
     return env;
+}
+
+// The element table compiled into the program, read once.
+inline const ElementTable& shippedElements() {
+    static const ElementTable table = ElementTable::load(QStringLiteral(":/data/elements.dat"));
+    return table;
 }
 
 inline TaskBank bankOf(const QStringList& lines) {

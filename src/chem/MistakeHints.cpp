@@ -146,6 +146,27 @@ std::optional<Hint> moreDecimals(QStringView expectedText, const Number& expecte
                                      expectedText.toString().replace(u'.', u',')));
 }
 
+// What both number pages ask first: the two numbers, or a hint that comes
+// before any arithmetic (an unreadable answer, more decimals than asked).
+struct NumberPair {
+    Number want;
+    Number got;
+};
+std::optional<NumberPair> readNumbers(QStringView expected, QStringView given,
+                                      std::optional<Hint>* early) {
+    const auto want = leadingNumber(expected);
+    if (!want || given.trimmed().isEmpty())
+        return std::nullopt;
+    if ((*early = unreadable(expected, *want, given)))
+        return std::nullopt;
+    const auto got = leadingNumber(given);
+    if (!got)
+        return std::nullopt;
+    if ((*early = moreDecimals(expected, *want, *got)))
+        return std::nullopt;
+    return NumberPair{*want, *got};
+}
+
 // "Fe^3+" as a student reads it: Fe³⁺.
 QString ionText(const QString& symbol, int charge) {
     QString text = symbol + u'^';
@@ -538,16 +559,12 @@ Hint MistakeHints::substanceName(QStringView formula, QStringView expected, QStr
 
 Hint MistakeHints::molarMass(QStringView prompt, QStringView expected, QStringView given,
                              const ElementTable& elements) {
-    const auto want = leadingNumber(expected);
-    if (!want || given.trimmed().isEmpty())
-        return {};
-    if (auto h = unreadable(expected, *want, given))
-        return *h;
-    const auto got = leadingNumber(given);
-    if (!got)
-        return {};
-    if (auto h = moreDecimals(expected, *want, *got))
-        return *h;
+    std::optional<Hint> early;
+    const std::optional<NumberPair> numbers = readNumbers(expected, given, &early);
+    if (!numbers)
+        return early.value_or(Hint{});
+    const Number* want = &numbers->want;
+    const Number* got = &numbers->got;
     const auto f = weighable(trailingFormula(prompt), elements);
     if (!f)
         return {};
@@ -584,16 +601,12 @@ Hint MistakeHints::molarMass(QStringView prompt, QStringView expected, QStringVi
 
 Hint MistakeHints::amount(QStringView question, QStringView expected, QStringView given,
                           const ElementTable& elements) {
-    const auto want = leadingNumber(expected);
-    if (!want || given.trimmed().isEmpty())
-        return {};
-    if (auto h = unreadable(expected, *want, given))
-        return *h;
-    const auto got = leadingNumber(given);
-    if (!got)
-        return {};
-    if (auto h = moreDecimals(expected, *want, *got))
-        return *h;
+    std::optional<Hint> early;
+    const std::optional<NumberPair> numbers = readNumbers(expected, given, &early);
+    if (!numbers)
+        return early.value_or(Hint{});
+    const Number* want = &numbers->want;
+    const Number* got = &numbers->got;
     const int d = want->decimals;
     const QString q = question.toString();
     const double v = got->value;

@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "chem/MistakeHints.h"
 
 #include <QFile>
@@ -25,8 +26,7 @@ const QHash<QString, Kind>& kinds() {
 }
 
 const ElementTable& table() {
-    static const ElementTable t = ElementTable::load(QStringLiteral(":/data/elements.dat"));
-    return t;
+    return shippedElements();
 }
 
 } // namespace

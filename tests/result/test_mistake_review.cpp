@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "chem/ElementTable.h"
 #include "pages/PageHints.h"
 #include "result/MistakeReview.h"
@@ -16,8 +17,7 @@ PageRecord page(int number, QList<AnswerItem> items) {
 }
 
 const ElementTable& table() {
-    static const ElementTable t = ElementTable::load(QStringLiteral(":/data/elements.dat"));
-    return t;
+    return shippedElements();
 }
 
 } // namespace

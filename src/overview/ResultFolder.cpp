@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThreadPool>
 #include <QtConcurrent/QtConcurrentMap>
 
 #include <cerrno>
@@ -182,9 +183,12 @@ ResultFolder::Reading ResultFolder::read(const QString& folder, Progress* progre
         QString why;
     };
     // Each file on its own: the work spreads over the cores in blocks, and
-    // the results come back in the order of the names.
-    QList<One> ones =
-        QtConcurrent::blockingMapped<QList<One>>(names, [&dir, progress](const QString& name) {
+    // the results come back in the order of the names. A pool of its own, so
+    // that no idle worker outlives the reading: the global pool's threads
+    // would otherwise only wind down while the program exits.
+    QThreadPool pool;
+    QList<One> ones = QtConcurrent::blockingMapped<QList<One>>(
+        &pool, names, [&dir, progress](const QString& name) {
             One one;
             if (progress && progress->cancel.load(std::memory_order_relaxed))
                 return one;

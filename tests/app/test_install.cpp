@@ -400,7 +400,7 @@ void TestInstall::usableAsSubproject() {
                        "if(out STREQUAL CMAKE_BINARY_DIR)\n"
                        "  message(FATAL_ERROR \"labquiz landet im Baum des äußeren Projekts\")\n"
                        "endif()\n"
-                       "get_target_property(defs labquiz_lib INTERFACE_COMPILE_DEFINITIONS)\n"
+                       "get_target_property(defs labquiz_source_data INTERFACE_COMPILE_DEFINITIONS)\n"
                        "if(NOT defs MATCHES \"LABQUIZ_SOURCE_DATA_DIR=\\\"%1/data\\\"\")\n"
                        "  message(FATAL_ERROR \"Datenordner falsch: ${defs}\")\n"
                        "endif()\n")

@@ -6,13 +6,17 @@
 //   drawing and checking each task page (GenerateTest and "&OK") on the shipped
 //   task bank.
 //   reading and summarising a folder of result files for the teacher's
-//   overview, against just reading the same files' bytes.
+//   overview, against just reading the same files' bytes; and the overview
+//   window on them: the time until its views are filled and the longest
+//   stretch its event loop stood still meanwhile.
 // Usage: labquiz_bench [--records N] [--runs N] [--results N] [--results-only]
+//                      [--window-only]
 
 #include "app/AppMain.h"
 #include "app/StartUp.h"
 #include "chem/LegacyText.h"
 #include "overview/ClassSummary.h"
+#include "overview/OverviewWindow.h"
 #include "overview/ResultFolder.h"
 #include "pages/TaskPage.h"
 #include "result/FinalGrade.h"
@@ -27,6 +31,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QLabel>
 #include <QMainWindow>
@@ -34,6 +39,7 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 #include <cstdio>
@@ -434,6 +440,86 @@ ResultFigures measureResults(int count, int runs) {
     return f;
 }
 
+// The overview window on a folder: from opening it until the class table,
+// the charts and the hardest tasks are filled, with a timer ticking every
+// 5 ms; the longest gap between two ticks is what the teacher feels as a
+// frozen window.
+struct WindowFigures {
+    double filledMs = 0;
+    double longestStallMs = 0;
+};
+
+WindowFigures measureWindow(const QString& folder) {
+    WindowFigures f;
+    OverviewWindow window(folder, nullptr);
+    window.show();
+    QCoreApplication::processEvents();
+    QElapsedTimer clock, sinceTick;
+    QTimer tick;
+    tick.setInterval(5);
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        f.longestStallMs = std::max(f.longestStallMs, sinceTick.nsecsElapsed() / 1e6);
+        sinceTick.restart();
+    });
+    QEventLoop loop;
+    QObject::connect(&window, &OverviewWindow::readingFinished, [&] {
+        f.filledMs = clock.nsecsElapsed() / 1e6;
+        // The views repaint after the signal; the stall that follows counts.
+        QTimer::singleShot(50, &loop, &QEventLoop::quit);
+    });
+    clock.start();
+    sinceTick.start();
+    tick.start();
+    window.openFolder(folder);
+    loop.exec();
+    return f;
+}
+
+int measureWindowChild(const QString& folder, int runs) {
+    int argc = 1;
+    char name[] = "labquiz_bench";
+    char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    std::vector<double> filled, stall;
+    for (int r = 0; r < runs; ++r) {
+        const WindowFigures f = measureWindow(folder);
+        filled.push_back(f.filledMs);
+        stall.push_back(f.longestStallMs);
+    }
+    std::printf("window %.1f %.1f\n", median(filled), median(stall));
+    return 0;
+}
+
+// Runs the window in a process of its own (a QApplication, offscreen).
+WindowFigures windowFigures(int count, int runs) {
+    QTemporaryDir dir;
+    writeResultFiles(dir.path(), count);
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    child.setProcessEnvironment(env);
+    child.start(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("--child-window"), dir.path(), QString::number(runs)});
+    child.waitForFinished(300000);
+    WindowFigures f;
+    for (const QByteArray& line : child.readAllStandardOutput().split('\n')) {
+        const QList<QByteArray> parts = line.split(' ');
+        if (parts.size() == 3 && parts[0] == "window") {
+            f.filledMs = parts[1].toDouble();
+            f.longestStallMs = parts[2].toDouble();
+        }
+    }
+    return f;
+}
+
+void printWindow(QTextStream& out, const WindowFigures& f, int count) {
+    out << QStringLiteral("overview window on %1 result files: views filled after %2 ms; "
+                          "longest stand-still of its event loop %3 ms (target: under 100 ms)\n")
+               .arg(count)
+               .arg(f.filledMs, 0, 'f', 1)
+               .arg(f.longestStallMs, 0, 'f', 1);
+}
+
 void printResults(QTextStream& out, const ResultFigures& f, int count) {
     out << QStringLiteral("\nteacher's overview: %1 result files (%2 MiB), %3 tests summarised\n"
                           "  read, check and summarise %4 ms (of which summarising %7 ms); just "
@@ -462,6 +548,8 @@ int main(int argc, char* argv[]) {
                                                                      : Window::Empty;
         return showAndReport(kind, args);
     }
+    if (argc >= 4 && qstrcmp(argv[1], "--child-window") == 0)
+        return measureWindowChild(QString::fromLocal8Bit(argv[2]), std::max(1, atoi(argv[3])));
     if (argc >= 2 && qstrcmp(argv[1], "--child-slide") == 0)
         return measureSlide({QString::fromLocal8Bit(argv[0]), QStringLiteral("/NEW")});
     if (argc >= 2 && qstrcmp(argv[1], "--child-pages") == 0)
@@ -482,6 +570,11 @@ int main(int argc, char* argv[]) {
     if (args.contains(QStringLiteral("--results-only"))) {
         QTextStream out(stdout);
         printResults(out, measureResults(results, runs), results);
+        return 0;
+    }
+    if (args.contains(QStringLiteral("--window-only"))) {
+        QTextStream out(stdout);
+        printWindow(out, windowFigures(results, runs), results);
         return 0;
     }
 
@@ -692,6 +785,7 @@ int main(int argc, char* argv[]) {
                    .arg(sf[3].toDouble() / 1000.0, 0, 'f', 2)
                    .arg(sf[4].toDouble() / 1000.0, 0, 'f', 2);
     printResults(out, measureResults(results, runs), results);
+    printWindow(out, windowFigures(results, std::min(runs, 3)), results);
     out << "(checksum " << sum % 1000 << ")\n";
     return 0;
 }

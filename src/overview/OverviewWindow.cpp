@@ -1,5 +1,7 @@
 #include "overview/OverviewWindow.h"
 
+#include "overview/ClassTableModel.h"
+
 #include "chem/FormulaText.h"
 #include "controls/Look.h"
 #include "controls/NoticeBox.h"
@@ -32,24 +34,19 @@
 #include <QScreen>
 #include <QTabWidget>
 #include <QThread>
+#include <QTreeView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace {
 
-enum ClassColumn { CName, CDate, CTime, CLevel, CTasks, CCorrect, CShare, CGrade, CPoints, CCount };
 enum HardColumn { HPage, HPrompt, HExpected, HAsked, HWrong, HShare, HAnswers, HCount };
 
-constexpr int kRecordRole = Qt::UserRole;   // column 0: the record's index, -1 for a group
 constexpr int kSortRole = Qt::UserRole + 1; // what a column sorts by
 constexpr int kProgressAfterMs = 500;       // below this a reading shows no progress bar
 
 QString sameFolder(const QString& folder) {
     return QDir::cleanPath(QDir(folder).absolutePath());
-}
-
-QString levelText(bool expert) {
-    return expert ? QStringLiteral("Strebermodus") : QStringLiteral("normal");
 }
 
 // Sorts by the value kept for the column: numbers as numbers, texts as a
@@ -261,23 +258,28 @@ void OverviewWindow::buildTabs() {
     m_tabs->setObjectName(QStringLiteral("Auswertung"));
     layout()->addWidget(m_tabs);
 
-    m_classTable =
-        table(QStringLiteral("Klassentabelle"),
-              QStringLiteral("Klassentabelle: ein Test je Zeile, mehrere Versuche eines Namens "
-                             "zusammengefasst; Eingabe oder Doppelklick zeigt den Test"),
-              {QStringLiteral("Name"), QStringLiteral("Datum"), QStringLiteral("Uhrzeit"),
-               QStringLiteral("Stufe"), QStringLiteral("Aufgaben"), QStringLiteral("Richtig"),
-               QStringLiteral("Anteil richtig"), QStringLiteral("Note"), QStringLiteral("Punkte")},
-              m_tabs);
-    m_classTable->setRootIsDecorated(true);
+    m_classModel = new ClassTableModel(this);
+    m_classTable = new QTreeView(m_tabs);
+    m_classTable->setObjectName(QStringLiteral("Klassentabelle"));
+    m_classTable->setAccessibleName(
+        QStringLiteral("Klassentabelle: ein Test je Zeile, mehrere Versuche eines Namens "
+                       "zusammengefasst; Eingabe oder Doppelklick zeigt den Test"));
+    m_classTable->setModel(m_classModel);
+    m_classTable->setAlternatingRowColors(true);
+    m_classTable->setUniformRowHeights(true);
+    m_classTable->header()->setSortIndicatorShown(true);
     m_classTable->setToolTip(
         QStringLiteral("Doppelklick oder Eingabetaste auf einen Test: alle seine Aufgaben"));
     m_classTable->setSortingEnabled(true);
-    m_classTable->sortByColumn(CName, Qt::AscendingOrder);
-    m_classTable->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_classTable->sortByColumn(ClassTableModel::CName, Qt::AscendingOrder);
     m_classTable->header()->setStretchLastSection(false);
-    connect(m_classTable, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
-        const int record = item->data(CName, kRecordRole).toInt();
+    // Column widths come from the first rows; the rest are alike.
+    m_classTable->header()->setResizeContentsPrecision(200);
+    QFont bold = m_classTable->font();
+    bold.setBold(true);
+    m_classModel->setBoldFont(bold);
+    connect(m_classTable, &QTreeView::activated, this, [this](const QModelIndex& index) {
+        const int record = index.data(ClassTableModel::RecordRole).toInt();
         if (record >= 0)
             showTest(record);
     });
@@ -310,6 +312,7 @@ void OverviewWindow::buildTabs() {
     m_hardTasks->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_hardTasks->header()->setSectionResizeMode(HPrompt, QHeaderView::Stretch);
     m_hardTasks->header()->setStretchLastSection(false);
+    m_hardTasks->header()->setResizeContentsPrecision(200);
     m_tabs->addTab(m_hardTasks, QStringLiteral("Sch&wierigste Aufgaben"));
 
     m_notices = table(QStringLiteral("Uebersprungen"),
@@ -520,97 +523,25 @@ void OverviewWindow::showSummary(ClassSummary summary) {
 }
 
 void OverviewWindow::fillClassTable() {
-    const QList<ResultRecord>& records = m_reading.records;
-    // Columns are sized once when all rows are in, not at every row, and
-    // nothing is drawn meanwhile.
-    m_classTable->setUpdatesEnabled(false);
-    m_classTable->header()->setSectionResizeMode(QHeaderView::Interactive);
-    m_classTable->setSortingEnabled(false);
-    m_classTable->clear();
-    auto fillTest = [&](QTreeWidgetItem* item, int index) {
-        const ResultRecord& r = records[index];
-        item->setData(CName, kRecordRole, index);
-        setCell(item, CName, r.candidate, r.candidate);
-        setCell(item, CDate, r.finished.toString(QStringLiteral("dd.MM.yyyy")),
-                r.finished.toSecsSinceEpoch());
-        setCell(item, CTime, r.finished.toString(QStringLiteral("HH:mm")),
-                r.finished.time().msecsSinceStartOfDay());
-        setCell(item, CLevel, levelText(r.expert), int(r.expert));
-        setCell(item, CTasks, QString::number(r.tasks), r.tasks, Qt::AlignRight);
-        setCell(item, CCorrect, QString::number(r.correct), r.correct, Qt::AlignRight);
-        setCell(item, CShare, ClassSummary::percentText(r.share()), r.share(), Qt::AlignRight);
-        setCell(item, CGrade, r.grade, ClassSummary::gradeStep(r));
-        setCell(item, CPoints, QString::number(r.points), r.points, Qt::AlignRight);
-    };
-    QList<QTreeWidgetItem*> top;
-    top.reserve(m_summary.attempts.size());
-    for (const ClassSummary::Attempts& a : m_summary.attempts) {
-        if (a.tests.size() == 1) {
-            auto* item = new SortItem;
-            fillTest(item, a.tests.first());
-            top << item;
-            continue;
-        }
-        // Several attempts: a row for the name with the trend from the
-        // first to the last, the attempts beneath it.
-        const ResultRecord& first = records[a.tests.first()];
-        const ResultRecord& last = records[a.tests.last()];
-        auto* group = new SortItem;
-        group->setData(CName, kRecordRole, -1);
-        setCell(group, CName, QStringLiteral("%1 (%2 Versuche)").arg(a.name).arg(a.tests.size()),
-                a.name);
-        setCell(group, CDate,
-                QStringLiteral("%1–%2").arg(first.finished.toString(QStringLiteral("dd.MM.")),
-                                            last.finished.toString(QStringLiteral("dd.MM.yy"))),
-                last.finished.toSecsSinceEpoch());
-        setCell(group, CTime, QString(), last.finished.time().msecsSinceStartOfDay());
-        setCell(group, CLevel, levelText(last.expert), int(last.expert));
-        setCell(group, CTasks, QString(), last.tasks);
-        setCell(group, CCorrect, QString(), last.correct);
-        setCell(group, CShare,
-                QStringLiteral("%1 → %2").arg(ClassSummary::percentText(first.share()),
-                                              ClassSummary::percentText(last.share())),
-                last.share(), Qt::AlignRight);
-        // The latest grade; share and points show the way there.
-        setCell(group, CGrade, QStringLiteral("zuletzt %1").arg(last.grade),
-                ClassSummary::gradeStep(last));
-        const int change = last.points - first.points;
-        setCell(group, CPoints,
-                QStringLiteral("%1 → %2 (%3%4)")
-                    .arg(first.points)
-                    .arg(last.points)
-                    .arg(change > 0 ? QStringLiteral("+") : QString())
-                    .arg(change == 0 ? QStringLiteral("±0") : QString::number(change)),
-                last.points, Qt::AlignRight);
-        const QString trend = QStringLiteral("Verlauf vom ersten zum letzten Versuch: ") +
-                              ClassSummary::trendText(first, last);
-        for (int c = 0; c < CCount; ++c)
-            group->setToolTip(c, trend);
-        QFont bold = m_classTable->font();
-        bold.setBold(true);
-        for (int c = 0; c < CCount; ++c)
-            group->setFont(c, bold);
-        for (int index : a.tests)
-            fillTest(new SortItem(group), index);
-        top << group;
+    m_classModel->setTests(&m_reading.records, m_summary.attempts);
+    const QHeaderView* header = m_classTable->header();
+    m_classModel->sort(header->sortIndicatorSection(), header->sortIndicatorOrder());
+    // Only the names with several attempts open: while the reset's layout
+    // is still pending that merely notes them, where expandAll would keep a
+    // persistent index for every row and make closing the window crawl.
+    for (int row = 0; row < m_classModel->rowCount(); ++row) {
+        const QModelIndex name = m_classModel->index(row, 0);
+        if (m_classModel->rowCount(name) > 0)
+            m_classTable->expand(name);
     }
-    m_classTable->addTopLevelItems(top);
-    m_classTable->expandAll();
-    m_classTable->setSortingEnabled(true);
-    m_classTable->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_classTable->setUpdatesEnabled(true);
+    // Sized once to what the first rows need, not again at every scroll:
+    // a header that measures every row would stand still on a school year.
+    for (int c = 0; c < ClassTableModel::CCount; ++c)
+        m_classTable->resizeColumnToContents(c);
 }
 
 QList<int> OverviewWindow::shownTests() const {
-    QList<int> out;
-    for (int i = 0; i < m_classTable->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem* item = m_classTable->topLevelItem(i);
-        if (item->childCount() == 0)
-            out << item->data(CName, kRecordRole).toInt();
-        for (int c = 0; c < item->childCount(); ++c)
-            out << item->child(c)->data(CName, kRecordRole).toInt();
-    }
-    return out;
+    return m_classModel->testsInOrder();
 }
 
 void OverviewWindow::fillCharts() {
@@ -629,6 +560,9 @@ void OverviewWindow::fillCharts() {
 }
 
 void OverviewWindow::fillHardTasks() {
+    // Sized once all rows are in, and from the first rows only.
+    m_hardTasks->setUpdatesEnabled(false);
+    m_hardTasks->header()->setSectionResizeMode(QHeaderView::Interactive);
     m_hardTasks->setSortingEnabled(false);
     m_hardTasks->clear();
     QList<QTreeWidgetItem*> rows;
@@ -654,6 +588,9 @@ void OverviewWindow::fillHardTasks() {
     // summary's order (the larger share wrong first).
     m_hardTasks->sortByColumn(HWrong, Qt::DescendingOrder);
     m_hardTasks->setSortingEnabled(true);
+    m_hardTasks->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_hardTasks->header()->setSectionResizeMode(HPrompt, QHeaderView::Stretch);
+    m_hardTasks->setUpdatesEnabled(true);
 }
 
 void OverviewWindow::fillNotices() {

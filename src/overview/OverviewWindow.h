@@ -22,6 +22,8 @@ class QProgressBar;
 class QPushButton;
 class QTabWidget;
 class QThread;
+class QTreeView;
+class ClassTableModel;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -129,7 +131,8 @@ private:
     QPushButton* m_save = nullptr;
     QPushButton* m_print = nullptr;
     QTabWidget* m_tabs = nullptr;
-    QTreeWidget* m_classTable = nullptr;
+    QTreeView* m_classTable = nullptr;
+    ClassTableModel* m_classModel = nullptr;
     QChartView* m_pageChart = nullptr;
     QChartView* m_gradeChart = nullptr;
     QTreeWidget* m_hardTasks = nullptr;

@@ -43,6 +43,19 @@ private:
 
 namespace {
 
+// A row of the class table, the way the view shows it.
+QStringList texts(const QModelIndex& row) {
+    QStringList out;
+    for (int c = 0; c < row.model()->columnCount(row.parent()); ++c)
+        out << row.siblingAtColumn(c).data().toString();
+    return out;
+}
+
+QModelIndex classRow(QTreeView* table, int row, int child = -1) {
+    const QModelIndex top = table->model()->index(row, 0);
+    return child < 0 ? top : table->model()->index(child, 0, top);
+}
+
 QStringList texts(const QTreeWidgetItem* item) {
     QStringList out;
     for (int c = 0; c < item->columnCount(); ++c)
@@ -86,25 +99,38 @@ OverviewWindow* TestOverviewWindow::open(const QString& folder, NamesFile* names
 void TestOverviewWindow::showsTheClass() {
     OverviewWindow* w = open(m_dir->filePath("Ergebnisse"));
     QVERIFY(w);
-    auto* table = child<QTreeWidget>(w, "Klassentabelle");
+    auto* table = child<QTreeView>(w, "Klassentabelle");
     // Anna's three attempts under one row with the trend, Ben and Cem alone.
-    QCOMPARE(table->topLevelItemCount(), 3);
-    const QTreeWidgetItem* anna = table->topLevelItem(0);
-    QCOMPARE(anna->text(0), QStringLiteral("anna (3 Versuche)"));
-    QCOMPARE(anna->childCount(), 3);
-    QCOMPARE(anna->text(6), QStringLiteral("33,3 % → 50,0 %"));
-    QCOMPARE(anna->text(7), QStringLiteral("zuletzt ") + w->reading().records[4].grade);
-    QVERIFY(anna->text(8).contains("→"));
-    QVERIFY(anna->toolTip(0).contains(
-        ClassSummary::trendText(w->reading().records[0], w->reading().records[4])));
-    QCOMPARE(texts(anna->child(0)).mid(0, 7),
+    QCOMPARE(table->model()->rowCount(), 3);
+    const QModelIndex anna = classRow(table, 0);
+    const QStringList annaTexts = texts(anna);
+    QCOMPARE(annaTexts[0], QStringLiteral("anna (3 Versuche)"));
+    QCOMPARE(table->model()->rowCount(anna), 3);
+    QVERIFY(table->isExpanded(anna));
+    QCOMPARE(annaTexts[6], QStringLiteral("33,3 % → 50,0 %"));
+    QCOMPARE(annaTexts[7], QStringLiteral("zuletzt ") + w->reading().records[4].grade);
+    QVERIFY(annaTexts[8].contains("→"));
+    QVERIFY(
+        anna.data(Qt::ToolTipRole)
+            .toString()
+            .contains(ClassSummary::trendText(w->reading().records[0], w->reading().records[4])));
+    QCOMPARE(texts(classRow(table, 0, 0)).mid(0, 7),
              (QStringList{"Anna", "20.11.2026", "10:00", "normal", "3", "1", "33,3 %"}));
-    QCOMPARE(texts(table->topLevelItem(2)).mid(0, 7),
+    QCOMPARE(texts(classRow(table, 2)).mid(0, 7),
              (QStringList{"Cem", "22.11.2026", "11:00", "Strebermodus", "4", "2", "50,0 %"}));
-    // Sorted by share, the lowest first: Ben (0 %) before Cem and Anna.
+    // Sorted by share, the lowest first: Ben (0 %) before Cem and Anna; the
+    // current row moves with its test.
+    table->setCurrentIndex(classRow(table, 2));
     table->sortByColumn(6, Qt::AscendingOrder);
-    QCOMPARE(table->topLevelItem(0)->text(0), QStringLiteral("Ben"));
+    QCOMPARE(classRow(table, 0).data().toString(), QStringLiteral("Ben"));
+    QCOMPARE(table->currentIndex().data().toString(), QStringLiteral("Cem"));
     QCOMPARE(w->shownTests().first(), 1);
+    // Descending, Anna's attempts too: her best (the second, all right) first.
+    table->sortByColumn(6, Qt::DescendingOrder);
+    const QModelIndexList annaNow = table->model()->match(
+        table->model()->index(0, 0), Qt::DisplayRole, "anna (", 1, Qt::MatchStartsWith);
+    QCOMPARE(annaNow.size(), 1);
+    QCOMPARE(table->model()->index(0, 6, annaNow[0]).data().toString(), QStringLiteral("100,0 %"));
 
     // Page 1: 4 of 9 right, in whole percents; the bars go bottom up, so
     // page 1 is the last.
@@ -135,8 +161,8 @@ void TestOverviewWindow::filtersNarrowEveryView() {
     QVERIFY(w);
     child<QLineEdit>(w, "FilterName")->setText("ben");
     QTRY_COMPARE(w->summary().tests.size(), 1);
-    auto* table = child<QTreeWidget>(w, "Klassentabelle");
-    QCOMPARE(table->topLevelItemCount(), 1);
+    auto* table = child<QTreeView>(w, "Klassentabelle");
+    QCOMPARE(table->model()->rowCount(), 1);
     QCOMPARE(child<QTreeWidget>(w, "SchwierigsteAufgaben")->topLevelItemCount(), 3);
     QCOMPARE(barValues(child<QChartView>(w, "DiagrammSeiten")).last(), 0.0);
 
@@ -160,7 +186,7 @@ void TestOverviewWindow::datesFromTheCommandLine() {
     QVERIFY(read.wait(20000));
     QCOMPARE(m_window->summary().tests, (QList<int>{2, 3, 4}));
     QCOMPARE(child<QDateEdit>(m_window.get(), "FilterVon")->date(), QDate(2026, 11, 22));
-    QCOMPARE(child<QTreeWidget>(m_window.get(), "Klassentabelle")->topLevelItemCount(), 2);
+    QCOMPARE(child<QTreeView>(m_window.get(), "Klassentabelle")->model()->rowCount(), 2);
     child<QPushButton>(m_window.get(), "FilterAus")->click();
     QCOMPARE(m_window->summary().tests.size(), 5);
     // Read again, the range is no longer the command line's.
@@ -172,9 +198,8 @@ void TestOverviewWindow::datesFromTheCommandLine() {
 void TestOverviewWindow::doubleClickShowsEveryTask() {
     OverviewWindow* w = open(m_dir->filePath("Ergebnisse"));
     QVERIFY(w);
-    auto* table = child<QTreeWidget>(w, "Klassentabelle");
-    QTreeWidgetItem* cem = table->topLevelItem(2);
-    Q_EMIT table->itemActivated(cem, 0);
+    auto* table = child<QTreeView>(w, "Klassentabelle");
+    Q_EMIT table->activated(classRow(table, 2));
     auto* detail = w->findChild<TestDetailDialog*>();
     QVERIFY(detail);
     QVERIFY(detail->isVisible());
@@ -189,14 +214,14 @@ void TestOverviewWindow::doubleClickShowsEveryTask() {
     QCOMPARE(tasks->topLevelItem(2)->text(3), QStringLiteral("2 von 2 richtig"));
     // A group row opens nothing.
     delete detail;
-    Q_EMIT table->itemActivated(table->topLevelItem(0), 0);
+    Q_EMIT table->activated(classRow(table, 0));
     QVERIFY(!w->findChild<TestDetailDialog*>());
 }
 
 void TestOverviewWindow::savesTheTableAsShown() {
     OverviewWindow* w = open(m_dir->filePath("Ergebnisse"));
     QVERIFY(w);
-    child<QTreeWidget>(w, "Klassentabelle")->sortByColumn(6, Qt::DescendingOrder);
+    child<QTreeView>(w, "Klassentabelle")->sortByColumn(6, Qt::DescendingOrder);
     const QString path = m_dir->filePath("klasse"); // ".csv" is added
     w->setCsvChooser([&path](const QString& suggestion) {
         return suggestion.endsWith(".csv") ? path : QString();
@@ -266,7 +291,7 @@ void TestOverviewWindow::saysWhenTheFolderCannotBeRead() {
     auto* problem = child<QLabel>(w, "Ordnerproblem");
     QVERIFY(problem->isVisible());
     QVERIFY(problem->text().contains("gibt es nicht"));
-    QCOMPARE(child<QTreeWidget>(w, "Klassentabelle")->topLevelItemCount(), 0);
+    QCOMPARE(child<QTreeView>(w, "Klassentabelle")->model()->rowCount(), 0);
     QVERIFY(!child<QPushButton>(w, "AlsTabelle")->isEnabled());
     QVERIFY(!child<QPushButton>(w, "BerichtDrucken")->isEnabled());
 }

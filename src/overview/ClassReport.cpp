@@ -20,6 +20,10 @@ namespace {
 constexpr int kBodyPoints = 8;
 constexpr qreal kFooterMm = 9.0;
 constexpr qreal kMarginMm = 14.0;
+// Side by side, a chart gives its labels at most about two fifths of its
+// width; at this size "Formeln und Namen von Stoffen" and "befriedigend
+// minus" still fit whole.
+constexpr int kChartTextPixels = 9;
 
 QString esc(const QString& text) {
     return text.toHtmlEscaped();
@@ -34,10 +38,14 @@ QString taskCell(const QString& text) {
     return QStringLiteral("<td>%1</td>").arg(FormulaText::textToHtml(text));
 }
 
-QString headRow(const QStringList& captions) {
+QString headRow(const QStringList& captions, const QList<int>& percents = {}) {
     QString row = QStringLiteral("<thead><tr>");
-    for (const QString& c : captions)
-        row += QStringLiteral("<th bgcolor=\"#eceff1\" align=\"left\">%1</th>").arg(esc(c));
+    for (qsizetype i = 0; i < captions.size(); ++i) {
+        const QString width =
+            i < percents.size() ? QStringLiteral(" width=\"%1%\"").arg(percents[i]) : QString();
+        row += QStringLiteral("<th bgcolor=\"#eceff1\" align=\"left\"%1>%2</th>")
+                   .arg(width, esc(captions[i]));
+    }
     return row + QStringLiteral("</tr></thead>");
 }
 
@@ -68,7 +76,7 @@ QString ClassReport::defaultFileName() {
         .arg(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
 }
 
-QString ClassReport::html(const Input& input, int chartWidth) {
+QString ClassReport::html(const Input& input, int bodyWidth) {
     const QList<ResultRecord>& records = *input.records;
     const ClassSummary& s = *input.summary;
     QString h;
@@ -114,11 +122,17 @@ QString ClassReport::html(const Input& input, int chartWidth) {
     h += QStringLiteral("</table>");
 
     h += QStringLiteral("<h3>Stärken und Schwächen</h3>");
-    h += QStringLiteral("<p><img src=\"chart:pages\" width=\"%1\" height=\"%2\"><br>"
-                        "<img src=\"chart:grades\" width=\"%1\" height=\"%3\"></p>")
-             .arg(chartWidth)
-             .arg(pagesHeight(chartWidth))
-             .arg(gradesHeight(chartWidth));
+    const QSize pages = pagesChartSize(bodyWidth), grades = gradesChartSize(bodyWidth);
+    h += QStringLiteral("<table cellspacing=\"0\" cellpadding=\"0\"><tr>"
+                        "<td><img src=\"chart:pages\" width=\"%1\" height=\"%2\"></td>"
+                        "<td width=\"%3\"></td>"
+                        "<td><img src=\"chart:grades\" width=\"%4\" height=\"%5\"></td>"
+                        "</tr></table>")
+             .arg(pages.width())
+             .arg(pages.height())
+             .arg(kChartGap)
+             .arg(grades.width())
+             .arg(grades.height());
 
     h += QStringLiteral("<h3>Schwierigste Aufgaben</h3>");
     if (s.hardTasks.isEmpty()) {
@@ -127,9 +141,12 @@ QString ClassReport::html(const Input& input, int chartWidth) {
         h += QStringLiteral("<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\" "
                             "border=\"0.5\" style=\"border-color:#b0bec5; "
                             "border-collapse:collapse\">");
+        // Shares of the width that keep a formula or a name like
+        // "Natriumchlorid" whole and the counts' captions on one line.
         h += headRow({QStringLiteral("Seite"), QStringLiteral("Aufgabe"),
                       QStringLiteral("Richtig wäre"), QStringLiteral("gestellt"),
-                      QStringLiteral("falsch"), QStringLiteral("häufigste falsche Antworten")});
+                      QStringLiteral("falsch"), QStringLiteral("häufigste falsche Antworten")},
+                     {17, 27, 13, 8, 7, 28});
         for (const ClassSummary::HardTask& t : s.hardTasks.mid(0, kHardTasksPrinted))
             h += QStringLiteral("<tr>") + cell(pageTitle(t.page)) + taskCell(t.prompt) +
                  taskCell(t.expected) + cell(QString::number(t.asked), "right") +
@@ -157,7 +174,7 @@ int ClassReport::print(const Input& input, QPrinter& printer) {
     const QSizeF body(page.width(), page.height() - kFooterMm / 25.4 * dpi);
     // Images in a document are sized in pixels of 96 dpi and scaled to the
     // device; the charts take the page's width.
-    const int chartWidth = int(body.width() * 96.0 / printer.logicalDpiX());
+    const int bodyWidth = int(body.width() * 96.0 / printer.logicalDpiX());
     QTextDocument document;
     document.documentLayout()->setPaintDevice(&printer);
     QFont font = document.defaultFont();
@@ -166,12 +183,12 @@ int ClassReport::print(const Input& input, QPrinter& printer) {
     document.setDocumentMargin(0);
     document.setPageSize(body);
     document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart:pages")),
-                         chartImage(OverviewCharts::pageShares(*input.summary, 11),
-                                    QSize(chartWidth, pagesHeight(chartWidth))));
+                         chartImage(OverviewCharts::pageShares(*input.summary, kChartTextPixels),
+                                    pagesChartSize(bodyWidth)));
     document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart:grades")),
-                         chartImage(OverviewCharts::gradeSpread(*input.summary, 11),
-                                    QSize(chartWidth, gradesHeight(chartWidth))));
-    document.setHtml(html(input, chartWidth));
+                         chartImage(OverviewCharts::gradeSpread(*input.summary, kChartTextPixels),
+                                    gradesChartSize(bodyWidth)));
+    document.setHtml(html(input, bodyWidth));
 
     const int pages = document.pageCount();
     QPainter painter;

@@ -2,6 +2,7 @@
 
 #include "overview/ClassSummary.h"
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -23,14 +24,18 @@ public:
         int skipped = 0; // files that could not be read
     };
 
-    // The report's text as HTML; the charts are the images "chart:pages" and
-    // "chart:grades", one below the other, chartWidth wide and as high as
-    // pagesHeight() and gradesHeight() say (in 96-dpi pixels).
-    static QString html(const Input& input, int chartWidth);
+    // The report's text as HTML for a page bodyWidth wide (in 96-dpi pixels);
+    // the charts are the images "chart:pages" and "chart:grades", side by
+    // side, of pagesChartSize() and gradesChartSize().
+    static QString html(const Input& input, int bodyWidth);
     // Qt Charts shortens a bar's label to "…" when its row is lower than
-    // about twice the text, so the sixteen grades need the taller chart.
-    static int pagesHeight(int chartWidth) { return chartWidth * 48 / 100; }
-    static int gradesHeight(int chartWidth) { return chartWidth * 64 / 100; }
+    // about twice the text, so the height follows the sixteen grades' rows.
+    // The pages' names are the longer labels and take the larger part.
+    static QSize pagesChartSize(int bodyWidth) { return {(bodyWidth - kChartGap) * 60 / 100, 430}; }
+    static QSize gradesChartSize(int bodyWidth) {
+        return {bodyWidth - kChartGap - pagesChartSize(bodyWidth).width(), 430};
+    }
+    static constexpr int kChartGap = 12;
     // Paints the whole report onto the printer (a PDF when it is set to one);
     // returns the number of pages, 0 when nothing could be painted.
     static int print(const Input& input, QPrinter& printer);

@@ -50,6 +50,9 @@ QChart* barChart(const QString& title, const QString& axisTitle, const QStringLi
     categoryAxis->setGridLineVisible(false);
     categoryAxis->setLabelsBrush(Look::ink());
     categoryAxis->setLabelsFont(labelFont);
+    // A page or grade cut to "Formeln und Name…" is no use to a teacher; the
+    // bars give way to the whole names instead.
+    categoryAxis->setTruncateLabels(false);
     chart->addAxis(categoryAxis, Qt::AlignLeft);
     series->attachAxis(categoryAxis);
 

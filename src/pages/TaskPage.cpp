@@ -243,7 +243,23 @@ void TaskPage::generate() {
     m_ok->show();
     m_next->hide();
     m_checked = false;
+    m_flow.clearDrawn();
     draw();
+    m_draws = m_flow.drawn();
+    hideUnpractised();
+    if (!m_practised.isEmpty())
+        taskWidgets(m_practised.first()).value(0)->setFocus();
+}
+
+void TaskPage::hideUnpractised() {
+    if (m_practised.isEmpty())
+        return;
+    for (int i = 0; i < taskCount(); ++i) {
+        if (m_practised.contains(i))
+            continue;
+        for (QWidget* w : taskWidgets(i))
+            w->hide();
+    }
 }
 
 void TaskPage::check() {
@@ -255,11 +271,14 @@ void TaskPage::check() {
     {
         const LayoutPause pause(this);
         praise = judge(marking);
+        // Judging shows corrections, also for the tasks left out.
+        hideUnpractised();
         m_ok->hide();
         m_next->show();
     }
     PageRecord record = marking.record();
     PageHints::fill(record, m_flow.elements());
+    record.draws = m_draws;
     state().Pages.append(std::move(record));
     judged();
     if (praise) {
@@ -268,13 +287,10 @@ void TaskPage::check() {
     }
     m_next->setFocus();
     m_flow.UpdateScore();
+    Q_EMIT checked();
 }
 
 void TaskPage::goOn() {
     leaving();
-    const int next = TestFlow::nextPageAfter(pageNumber());
-    if (next < 0)
-        m_flow.finishTest();
-    else
-        m_flow.ShowPage(next);
+    m_flow.pageDone(pageNumber());
 }

@@ -61,6 +61,8 @@ PracticeRound::PracticeRound(const QList<PageRecord>& pages, const TaskBank& ban
     : QDialog(parent) {
     setObjectName(QStringLiteral("PracticeRound"));
     setWindowTitle(QStringLiteral("Fehler üben"));
+    // A soft grey around the white card, so the card reads as the page.
+    Look::setFill(this, QColor(0xec, 0xef, 0xf1));
 
     auto* layout = new QVBoxLayout(this);
     auto* heading = new QLabel(QStringLiteral("Fehler üben"), this);
@@ -160,9 +162,7 @@ PracticeRound::PracticeRound(const QList<PageRecord>& pages, const TaskBank& ban
     startRound(plan(pages));
 }
 
-PracticeRound::~PracticeRound() {
-    delete m_page.data();
-}
+PracticeRound::~PracticeRound() = default;
 
 void PracticeRound::startRound(QList<Step> steps) {
     ++m_round;
@@ -176,11 +176,7 @@ void PracticeRound::startRound(QList<Step> steps) {
 }
 
 void PracticeRound::showStep() {
-    if (m_page) {
-        // The page may be in the middle of its own "Weiter" click.
-        m_page->hide();
-        m_page->deleteLater();
-    }
+    dropPage();
     const Step& step = m_steps[m_index];
     TaskPage* page = PageSet::create(step.page, *m_flow, m_card);
     if (!page) {
@@ -201,7 +197,7 @@ void PracticeRound::showStep() {
                             .arg(m_index + 1)
                             .arg(m_steps.size())
                             .arg(pageTitle(step.page), tasksText(int(step.items.size()))));
-    m_outcome->setText(QStringLiteral("Antworten eingeben, dann „OK“."));
+    m_outcome->setText(QStringLiteral("Antworten geben, dann „OK“."));
     m_hints->clear();
     m_hints->hide();
 }
@@ -242,11 +238,17 @@ void PracticeRound::pageDone() {
         showEnd();
 }
 
+void PracticeRound::dropPage() {
+    if (!m_page)
+        return;
+    // The page may be in the middle of its own "Weiter" click.
+    m_page->hide();
+    m_page->deleteLater();
+    m_page = nullptr;
+}
+
 void PracticeRound::showEnd() {
-    if (m_page) {
-        m_page->hide();
-        m_page->deleteLater();
-    }
+    dropPage();
     m_hints->hide();
     m_outcome->clear();
     const int left = taskCount(m_wrong);

@@ -53,6 +53,7 @@ private:
     void pageChecked();
     void pageDone();
     void showEnd();
+    void dropPage();
 
     TestFlow* m_flow = nullptr;
     QWidget* m_card = nullptr;

@@ -120,7 +120,7 @@ int EquationPage::nextField(int from, const std::array<bool, kFields>& hidden) {
 std::array<bool, EquationPage::kFields> EquationPage::hiddenFields() const {
     std::array<bool, kFields> hidden{};
     for (int i = 0; i < kFields; ++i)
-        hidden[i] = m_fields[i]->isHidden();
+        hidden[i] = !m_fields[i]->isVisibleTo(this); // its row may be hidden too
     return hidden;
 }
 

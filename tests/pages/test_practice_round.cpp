@@ -112,16 +112,20 @@ void TestPracticeRound::drawsEveryPageKindAgainFromItsRecord_data() {
     QTest::addColumn<int>("number");
     QTest::addColumn<QList<int>>("items");
     QTest::addColumn<int>("answerControls"); // -1: depends on the draw
-    dataRow("elements", 1, QList<int>{1, 4}, 2);
-    dataRow("number syllables", 2, QList<int>{0, 3}, 2);
-    dataRow("definitions", 3, QList<int>{2}, 1);
-    dataRow("terms", 4, QList<int>{0, 2}, 2);
-    dataRow("ion charges", 5, QList<int>{1, 3}, 2 * IonChargePage::kCharges);
-    dataRow("statements", 6, QList<int>{0, 5}, 4);
-    dataRow("molar masses", 8, QList<int>{3}, 1);
-    dataRow("equations", 9, QList<int>{0, 4}, -1);
-    dataRow("substances", 11, QList<int>{2, 3}, 2);
-    dataRow("amounts", 12, QList<int>{1, 2, 4}, 3);
+    // Where the focus starts and where Enter takes it, round to the start.
+    QTest::addColumn<QStringList>("enterRing");
+    dataRow("elements", 1, QList<int>{1, 4}, 2, QStringList{"EleSym(1)", "Ele(1)"});
+    dataRow("number syllables", 2, QList<int>{0, 3}, 2, QStringList{"Zahl(0)", "Zahl(3)"});
+    dataRow("definitions", 3, QList<int>{2}, 1, QStringList{"Auswahl(2)"});
+    dataRow("terms", 4, QList<int>{0, 2}, 2, QStringList{"AuswahlS4(0)", "AuswahlS4(2)"});
+    dataRow("ion charges", 5, QList<int>{1, 3}, 2 * IonChargePage::kCharges,
+            QStringList{"ChooseS5_1(7)"});
+    dataRow("statements", 6, QList<int>{0, 5}, 4, QStringList{"JaNein1(0)"});
+    dataRow("molar masses", 8, QList<int>{3}, 1, QStringList{"Mol(3)"});
+    dataRow("equations", 9, QList<int>{0, 4}, -1, QStringList{"Einsetz(0)"});
+    dataRow("substances", 11, QList<int>{2, 3}, 2, QStringList{});
+    dataRow("amounts", 12, QList<int>{1, 2, 4}, 3,
+            QStringList{"Stoffm(1)", "Stoffm(2)", "Stoffm(4)"});
 }
 
 // A page drawn again from its record shows exactly what it showed in the
@@ -130,6 +134,7 @@ void TestPracticeRound::drawsEveryPageKindAgainFromItsRecord() {
     QFETCH(int, number);
     QFETCH(QList<int>, items);
     QFETCH(int, answerControls);
+    QFETCH(QStringList, enterRing);
     QWidget holder;
     holder.resize(960, 520);
     TestFlow flow(&holder);
@@ -158,6 +163,15 @@ void TestPracticeRound::drawsEveryPageKindAgainFromItsRecord() {
     QCOMPARE(shownTasks(practice), shown);
     if (answerControls >= 0)
         QCOMPARE(visibleAnswerControls(practice), answerControls);
+    holder.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&holder));
+    for (const QString& name : enterRing) {
+        QCOMPARE(QApplication::focusWidget()->objectName(), name);
+        if (enterRing.size() > 1)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    }
+    if (!enterRing.isEmpty())
+        QCOMPARE(QApplication::focusWidget()->objectName(), enterRing.first());
     practice->check();
     const PageRecord again = flow.state().Pages.last();
     QCOMPARE(again.draws, original.draws);

@@ -69,7 +69,8 @@ void inModal(const QString& name, std::function<void(QDialog*)> act) {
     timer->setInterval(10);
     QObject::connect(timer, &QTimer::timeout, [timer, name, act] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog || dialog->objectName() != name)
+        // Shown is not yet active: the keys would still go to the window below.
+        if (!dialog || dialog->objectName() != name || !dialog->isActiveWindow())
             return;
         timer->stop();
         timer->deleteLater();
@@ -89,11 +90,15 @@ QString focusName() {
 }
 
 void typeIntoFocus(const QString& text) {
-    QTest::keyClicks(QApplication::focusWidget(), text);
+    QWidget* focus = QApplication::focusWidget();
+    QVERIFY(focus);
+    QTest::keyClicks(focus, text);
 }
 
-void pressFocused() {
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+void pressFocused(Qt::Key key = Qt::Key_Return) {
+    QWidget* focus = QApplication::focusWidget();
+    QVERIFY(focus);
+    QTest::keyClick(focus, key);
 }
 
 } // namespace
@@ -166,12 +171,12 @@ void TestPracticeRound::drawsEveryPageKindAgainFromItsRecord() {
     holder.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&holder));
     for (const QString& name : enterRing) {
-        QCOMPARE(QApplication::focusWidget()->objectName(), name);
+        QCOMPARE(focusName(), name);
         if (enterRing.size() > 1)
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            pressFocused();
     }
     if (!enterRing.isEmpty())
-        QCOMPARE(QApplication::focusWidget()->objectName(), enterRing.first());
+        QCOMPARE(focusName(), enterRing.first());
     practice->check();
     const PageRecord again = flow.state().Pages.last();
     QCOMPARE(again.draws, original.draws);
@@ -301,7 +306,7 @@ void TestPracticeRound::practisesUntilAllRightWithoutTouchingTheTest() {
                 QCOMPARE(folderContents(app.dir.path()), files);
             }();
             inModal(QStringLiteral("PracticeRound"), [&](QDialog* round) {
-                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+                pressFocused(Qt::Key_Escape);
                 escaped = !round->isVisible();
                 if (!escaped)
                     round->reject();

@@ -11,9 +11,6 @@
 #include <QRadioButton>
 #include <QTextBrowser>
 
-Q_DECLARE_METATYPE(QList<PageRecord>)
-Q_DECLARE_METATYPE(QList<PracticeRound::Step>)
-
 namespace {
 
 // Everything a page shows of its tasks, in the order it made its widgets.
@@ -40,15 +37,6 @@ int visibleAnswerControls(const QWidget* page) {
             ++n;
     }
     return n;
-}
-
-PageRecord record(int page, const QList<bool>& rights, const QList<int>& draws) {
-    PageRecord r;
-    r.page = page;
-    for (bool right : rights)
-        r.items.append(AnswerItem(QStringLiteral("Frage"), QStringLiteral("a"), QString(), right));
-    r.draws = draws;
-    return r;
 }
 
 // Every file of the folder with its content.
@@ -108,8 +96,6 @@ class TestPracticeRound final : public QObject {
 private Q_SLOTS:
     void drawsEveryPageKindAgainFromItsRecord_data();
     void drawsEveryPageKindAgainFromItsRecord();
-    void plansTheWrongTasksOnly_data();
-    void plansTheWrongTasksOnly();
     void practisesUntilAllRightWithoutTouchingTheTest();
 };
 
@@ -185,26 +171,6 @@ void TestPracticeRound::drawsEveryPageKindAgainFromItsRecord() {
         QCOMPARE(again.items[i].prompt, original.items[i].prompt);
         QCOMPARE(again.items[i].expected, original.items[i].expected);
     }
-}
-
-void TestPracticeRound::plansTheWrongTasksOnly_data() {
-    using Step = PracticeRound::Step;
-    QTest::addColumn<QList<PageRecord>>("pages");
-    QTest::addColumn<QList<Step>>("steps");
-    dataRow("wrong tasks in the order of the test",
-            QList<PageRecord>{record(1, {true, false, true, false}, {3, 4}),
-                              record(2, {true, true}, {1, 2}), record(9, {false}, {5})},
-            QList<Step>{{1, {3, 4}, {1, 3}}, {9, {5}, {0}}});
-    dataRow("a page without its draw cannot be set again",
-            QList<PageRecord>{record(1, {false}, {}), record(6, {false}, {2})},
-            QList<Step>{{6, {2}, {0}}});
-    dataRow("nothing wrong", QList<PageRecord>{record(1, {true, true}, {1, 2})}, QList<Step>{});
-}
-
-void TestPracticeRound::plansTheWrongTasksOnly() {
-    QFETCH(QList<PageRecord>, pages);
-    QFETCH(QList<PracticeRound::Step>, steps);
-    QCOMPARE(PracticeRound::plan(pages), steps);
 }
 
 // The whole road with the keyboard: a test with one wrong answer on each of

@@ -368,7 +368,7 @@ void writeResultFiles(const QString& folder, int count) {
         r.bankFile = QStringLiteral("labquiz.dat");
         r.bankSha256 = QString(64, u'a');
         for (int page : ClassSummary::kPageOrder) {
-            PageRecord p{page, pageTitle(page), 0, 0, {}};
+            PageRecord p{page, pageTitle(page), 0, 0, {}, {}};
             for (int i = 0; i < 6; ++i) {
                 const int task = (n * 7 + i * 13 + page) % 120;
                 const bool right = (n + i + page) % 3 != 0;
@@ -650,7 +650,7 @@ int main(int argc, char* argv[]) {
         record.candidate = QStringLiteral("Lena Köhler");
         record.started = record.finished = QDateTime::currentDateTime();
         for (int page : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
-            PageRecord p{page, pageTitle(page), 6, 3, {}};
+            PageRecord p{page, pageTitle(page), 6, 3, {}, {}};
             for (int i = 0; i < 6; ++i)
                 p.items.append({QStringLiteral("Eisen(III)-oxid"), QStringLiteral("Fe2O3"),
                                 i % 2 ? QStringLiteral("FeO") : QStringLiteral("Fe2O3"),

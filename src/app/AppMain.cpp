@@ -16,6 +16,7 @@
 #include "overview/OverviewWindow.h"
 #include "pages/ComprehensionPage.h"
 #include "pages/PageSet.h"
+#include "pages/PracticeRound.h"
 #include "pages/StartPage.h"
 #include "result/AppResult.h"
 #include "session/TestFlow.h"
@@ -272,6 +273,13 @@ void AppMain::showResult() {
         m_quitting = true;
         m_exiter();
     });
+    if (!PracticeRound::plan(state.Pages).isEmpty()) {
+        form->setPractice([this](QWidget* over) {
+            SessionState& s = m_flow->state();
+            PracticeRound round(s.Pages, m_flow->bank(), m_flow->elements(), s.ExpertLevel, over);
+            round.exec();
+        });
+    }
     if (m_resultHook)
         m_resultHook(form);
     form->exec();

@@ -87,3 +87,9 @@ bool AmountPage::judge(Marking& marking) {
     }
     return marking.rightOnPage() == kQuestions;
 }
+
+QList<QWidget*> AmountPage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    return {m_fields[item], m_questions[item], m_calc[item]};
+}

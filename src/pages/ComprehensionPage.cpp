@@ -225,3 +225,10 @@ const FinalResult& ComprehensionPage::finalResult() {
     }
     return *m_result;
 }
+
+QList<QWidget*> ComprehensionPage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    QAbstractButton* yes = m_choices[2 * item];
+    return {yes, m_statements[item], yes->parentWidget()};
+}

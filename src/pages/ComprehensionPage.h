@@ -47,6 +47,7 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    QList<QWidget*> taskWidgets(int item) const override;
     void judged() override;
 
 private:

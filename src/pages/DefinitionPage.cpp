@@ -176,3 +176,9 @@ bool DefinitionPage::judge(Marking& marking) {
     }
     return marking.rightOnPage() == kQuestions;
 }
+
+QList<QWidget*> DefinitionPage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    return {m_lists[item], m_terms[item]};
+}

@@ -117,3 +117,10 @@ bool ElementPage::judge(Marking& marking) {
     // this first page was answered without a mistake.
     return s.CorrectSoFar == kQuestions;
 }
+
+QList<QWidget*> ElementPage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    QLineEdit* field = item < 3 ? m_symbols[item] : m_names[item - 3];
+    return {field, m_prompts[item]};
+}

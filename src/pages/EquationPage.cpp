@@ -81,6 +81,8 @@ EquationPage::EquationPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 9, 
         row->addWidget(m_plusRight[r], 0, kPlusRightColumn);
         row->setColumnStretch(11, 1);
         g->addWidget(rowWidget, r, 1);
+        m_numbers[r] = number;
+        m_rows[r] = rowWidget;
         number->setFixedHeight(m_fields[4 * r]->sizeHint().height());
     }
 }
@@ -118,7 +120,7 @@ int EquationPage::nextField(int from, const std::array<bool, kFields>& hidden) {
 std::array<bool, EquationPage::kFields> EquationPage::hiddenFields() const {
     std::array<bool, kFields> hidden{};
     for (int i = 0; i < kFields; ++i)
-        hidden[i] = m_fields[i]->isHidden();
+        hidden[i] = !m_fields[i]->isVisibleTo(this); // its row may be hidden too
     return hidden;
 }
 
@@ -224,4 +226,12 @@ bool EquationPage::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return TaskPage::eventFilter(watched, event);
+}
+
+QList<QWidget*> EquationPage::taskWidgets(int row) const {
+    if (row < 0 || row >= kRows)
+        return {};
+    // The row's own widget holds fields, formulas and corrections; hiding it
+    // leaves the fields' own hidden state, which judging reads, alone.
+    return {m_fields[4 * row], m_numbers[row], m_rows[row]};
 }

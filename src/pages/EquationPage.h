@@ -40,6 +40,7 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    QList<QWidget*> taskWidgets(int item) const override;
     // "H2 + O2 = H2O": the equation of a row as the bank writes its formulas.
     QString equationText(int row) const;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -52,4 +53,6 @@ private:
     std::array<QLabel*, kFields> m_corrections{}; // Einsetz2(i)
     std::array<QLabel*, kRows> m_plusLeft{};      // PlusL(r)
     std::array<QLabel*, kRows> m_plusRight{};     // PlusR(r)
+    std::array<QLabel*, kRows> m_numbers{};       // "1." ... before each row
+    std::array<QWidget*, kRows> m_rows{};
 };

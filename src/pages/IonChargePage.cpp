@@ -164,3 +164,10 @@ bool IonChargePage::judge(Marking& marking) {
     }
     return marking.rightOnPage() == kIons;
 }
+
+QList<QWidget*> IonChargePage::taskWidgets(int item) const {
+    if (item < 0 || item >= kIons)
+        return {};
+    QRadioButton* first = m_buttons[kCharges * item];
+    return {first, m_names[item], first->parentWidget()};
+}

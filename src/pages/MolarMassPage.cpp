@@ -106,3 +106,9 @@ bool MolarMassPage::judge(Marking& marking) {
     }
     return marking.rightOnPage() == kQuestions;
 }
+
+QList<QWidget*> MolarMassPage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    return {m_fields[item], m_names[item], m_formulas[item], m_calc[item]};
+}

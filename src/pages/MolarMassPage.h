@@ -32,6 +32,7 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    QList<QWidget*> taskWidgets(int item) const override;
     // The task as the student saw it: the substance, with its formula
     // where the level shows one.
     QString promptOf(int k) const;

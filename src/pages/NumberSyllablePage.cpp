@@ -110,3 +110,9 @@ bool NumberSyllablePage::judge(Marking& marking) {
     }
     return marking.rightOnPage() == kQuestions;
 }
+
+QList<QWidget*> NumberSyllablePage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    return {m_fields[item], m_prompts[item]};
+}

@@ -36,6 +36,7 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    QList<QWidget*> taskWidgets(int item) const override;
 
 private:
     std::array<QLabel*, kQuestions> m_prompts{};

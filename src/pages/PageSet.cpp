@@ -14,25 +14,42 @@
 
 #include <QWidget>
 
+TaskPage* PageSet::create(int number, TestFlow& flow, QWidget* holder) {
+    switch (number) {
+    case 1:
+        return new ElementPage(flow, holder);
+    case 2:
+        return new NumberSyllablePage(flow, holder);
+    case 3:
+        return new DefinitionPage(flow, holder);
+    case 4:
+        return new TermPage(flow, holder);
+    case 5:
+        return new IonChargePage(flow, holder);
+    case 6:
+        return new ComprehensionPage(flow, holder);
+    case 8:
+        return new MolarMassPage(flow, holder);
+    case 9:
+        return new EquationPage(flow, holder);
+    case 11:
+        return new SubstancePage(flow, holder);
+    case 12:
+        return new AmountPage(flow, holder);
+    default:
+        return nullptr;
+    }
+}
+
 void PageSet::createTaskPages(TestFlow& flow, QWidget* holder) {
     // Each page is built when the flow first needs it or when the main
     // window has time after showing the start page, whichever comes first.
-    auto place = [&flow, holder](int number, auto make) {
-        flow.addPageFactory(number, [&flow, holder, make]() -> FlowPage* {
-            TaskPage* page = make(flow, holder);
+    for (int number : {1, 6, 2, 8, 12, 11, 9, 3, 4, 5}) {
+        flow.addPageFactory(number, [&flow, holder, number]() -> FlowPage* {
+            TaskPage* page = create(number, flow, holder);
             page->setGeometry(0, 0, holder->width(), holder->height());
             page->hide();
             return page;
         });
-    };
-    place(1, [](TestFlow& f, QWidget* h) { return new ElementPage(f, h); });
-    place(6, [](TestFlow& f, QWidget* h) { return new ComprehensionPage(f, h); });
-    place(2, [](TestFlow& f, QWidget* h) { return new NumberSyllablePage(f, h); });
-    place(8, [](TestFlow& f, QWidget* h) { return new MolarMassPage(f, h); });
-    place(12, [](TestFlow& f, QWidget* h) { return new AmountPage(f, h); });
-    place(11, [](TestFlow& f, QWidget* h) { return new SubstancePage(f, h); });
-    place(9, [](TestFlow& f, QWidget* h) { return new EquationPage(f, h); });
-    place(3, [](TestFlow& f, QWidget* h) { return new DefinitionPage(f, h); });
-    place(4, [](TestFlow& f, QWidget* h) { return new TermPage(f, h); });
-    place(5, [](TestFlow& f, QWidget* h) { return new IonChargePage(f, h); });
+    }
 }

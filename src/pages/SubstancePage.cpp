@@ -236,3 +236,10 @@ void SubstancePage::leaving() {
     for (int i = kFormulaTasks; i < kQuestions; ++i)
         m_titles[i]->hide();
 }
+
+QList<QWidget*> SubstancePage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    return {m_inputs[item],      m_names[item],   m_formulas[item],
+            m_corrections[item], m_rightIs[item], m_titles[item]};
+}

@@ -43,6 +43,7 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    QList<QWidget*> taskWidgets(int item) const override;
     void leaving() override;
 
 private:

@@ -28,15 +28,33 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::KeyPress) {
             const auto key = static_cast<QKeyEvent*>(event)->key();
-            if ((key == Qt::Key_Return || key == Qt::Key_Enter) && m_target &&
-                m_target->isVisible())
-                m_target->setFocus(Qt::OtherFocusReason);
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                // A hidden field (a task a practice round leaves out) passes
+                // the focus on along the ring.
+                QWidget* target = m_target;
+                for (int hops = 0; target && !target->isVisible() && hops < 64; ++hops) {
+                    const EnterMover* next = of(target);
+                    target = next ? next->m_target.data() : nullptr;
+                }
+                if (target && target->isVisible())
+                    target->setFocus(Qt::OtherFocusReason);
+            }
         }
         return QObject::eventFilter(watched, event);
     }
 
 private:
-    QWidget* m_target;
+    // The mover installed on a field; the class has no meta-object of its
+    // own, so findChild would take any child object for one.
+    static const EnterMover* of(const QWidget* field) {
+        for (const QObject* child : field->children()) {
+            if (const auto* mover = dynamic_cast<const EnterMover*>(child))
+                return mover;
+        }
+        return nullptr;
+    }
+
+    QPointer<QWidget> m_target;
 };
 
 // Fields and corrections shown one at a time while a page is drawn or
@@ -243,7 +261,23 @@ void TaskPage::generate() {
     m_ok->show();
     m_next->hide();
     m_checked = false;
+    m_flow.clearDrawn();
     draw();
+    m_draws = m_flow.drawn();
+    hideUnpractised();
+    if (QWidget* first = taskWidgets(m_practised.value(0, -1)).value(0))
+        first->setFocus();
+}
+
+void TaskPage::hideUnpractised() {
+    if (m_practised.isEmpty())
+        return;
+    for (int i = 0; i < taskCount(); ++i) {
+        if (m_practised.contains(i))
+            continue;
+        for (QWidget* w : taskWidgets(i))
+            w->hide();
+    }
 }
 
 void TaskPage::check() {
@@ -255,11 +289,14 @@ void TaskPage::check() {
     {
         const LayoutPause pause(this);
         praise = judge(marking);
+        // Judging shows corrections, also for the tasks left out.
+        hideUnpractised();
         m_ok->hide();
         m_next->show();
     }
     PageRecord record = marking.record();
     PageHints::fill(record, m_flow.elements());
+    record.draws = m_draws;
     state().Pages.append(std::move(record));
     judged();
     if (praise) {
@@ -268,13 +305,10 @@ void TaskPage::check() {
     }
     m_next->setFocus();
     m_flow.UpdateScore();
+    Q_EMIT checked();
 }
 
 void TaskPage::goOn() {
     leaving();
-    const int next = TestFlow::nextPageAfter(pageNumber());
-    if (next < 0)
-        m_flow.finishTest();
-    else
-        m_flow.ShowPage(next);
+    m_flow.pageDone(pageNumber());
 }

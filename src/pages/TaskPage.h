@@ -42,6 +42,15 @@ public:
     // "&Weiter".
     void goOn();
 
+    // Shows only these tasks (by their place in the page's record) from the
+    // next draw on; the others stay hidden for the life of the page, so a
+    // practice round makes a fresh page for each set.
+    void setPractised(QList<int> items) { m_practised = std::move(items); }
+
+Q_SIGNALS:
+    // "&OK" has judged the page and its record is in the session.
+    void checked();
+
 protected:
     // What the page draws from the bank: distinct entries of a section.
     struct Need {
@@ -65,6 +74,9 @@ protected:
     // "&Weiter" was pressed: what the page tidies up before the next one
     // slides in.
     virtual void leaving() {}
+    // The widgets that show task `item` (its place in the record), the one
+    // the student answers in first; empty past the last task.
+    virtual QList<QWidget*> taskWidgets(int item) const = 0;
 
     TestFlow& flow() { return m_flow; }
     const TestFlow& flow() const { return m_flow; }
@@ -87,10 +99,13 @@ protected:
 
 private:
     QString bankProblem() const;
+    void hideUnpractised();
 
     TestFlow& m_flow;
     int m_buttonNumber;
     bool m_checked = false;
+    QList<int> m_draws;
+    QList<int> m_practised;
     QLabel* m_title;
     QLabel* m_hint;
     QWidget* m_body;

@@ -126,3 +126,10 @@ bool TermPage::judge(Marking& marking) {
     }
     return marking.rightOnPage() == kQuestions;
 }
+
+QList<QWidget*> TermPage::taskWidgets(int item) const {
+    if (item < 0 || item >= kQuestions)
+        return {};
+    // The definition sits in a cell with its correction below it.
+    return {m_lists[item], m_definitions[item]->parentWidget()};
+}

@@ -35,6 +35,7 @@ protected:
     void reset() override;
     void draw() override;
     bool judge(Marking& marking) override;
+    QList<QWidget*> taskWidgets(int item) const override;
 
 private:
     std::array<FormulaTextLabel*, kQuestions> m_definitions{};

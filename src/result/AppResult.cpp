@@ -305,7 +305,7 @@ QString AppResult::printCertificate(QString* notice) {
 }
 
 void AppResult::showMistakes() {
-    MistakeReview review(m_state.Pages, this);
+    MistakeReview review(m_state.Pages, this, m_practise);
     review.exec();
 }
 

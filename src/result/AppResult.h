@@ -34,6 +34,9 @@ public:
     void setQuitter(std::function<void()> quit) { m_quit = std::move(quit); }
     void setPrinterCheck(std::function<bool()> check) { m_printerCheck = std::move(check); }
     void setDocumentsFolder(const QString& folder) { m_documentsFolder = folder; }
+    // How "Fehler üben" in the review of mistakes runs a practice round over
+    // the window it is given; without it the review offers none.
+    void setPractice(std::function<void(QWidget*)> practise) { m_practise = std::move(practise); }
 
     bool quitRequested() const { return m_quitRequested; }
     bool melodyPlayed() const { return m_melodyPlayed; }
@@ -67,6 +70,7 @@ private:
     std::function<void()> m_quit;
     std::function<bool()> m_printerCheck;
     QString m_documentsFolder;
+    std::function<void(QWidget*)> m_practise;
     MelodyPlayer* m_melodyPlayer = nullptr;
 
     QFrame* m_frame = nullptr;

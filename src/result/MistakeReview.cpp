@@ -63,7 +63,9 @@ QString MistakeReview::html(const QList<PageRecord>& pages) {
     return out;
 }
 
-MistakeReview::MistakeReview(const QList<PageRecord>& pages, QWidget* parent) : QDialog(parent) {
+MistakeReview::MistakeReview(const QList<PageRecord>& pages, QWidget* parent,
+                             std::function<void(QWidget*)> practise)
+    : QDialog(parent) {
     setObjectName(QStringLiteral("MistakeReview"));
     setWindowTitle(QStringLiteral("Fehler ansehen"));
     resize(760, 600);
@@ -81,6 +83,16 @@ MistakeReview::MistakeReview(const QList<PageRecord>& pages, QWidget* parent) : 
     layout->addWidget(m_text, 1);
 
     auto* buttons = new QHBoxLayout;
+    if (practise && mistakes(pages) > 0) {
+        m_practise = new QPushButton(QStringLiteral("Fehler &üben"), this);
+        m_practise->setObjectName(QStringLiteral("FehlerUeben"));
+        m_practise->setAccessibleName(
+            QStringLiteral("Fehler üben: die falsch beantworteten Aufgaben noch einmal lösen, "
+                           "ohne Note"));
+        buttons->addWidget(m_practise);
+        connect(m_practise, &QPushButton::clicked, this,
+                [this, practise = std::move(practise)] { practise(this); });
+    }
     buttons->addStretch(1);
     auto* close = new QPushButton(QStringLiteral("&Schließen"), this);
     close->setObjectName(QStringLiteral("MistakeReviewClose"));

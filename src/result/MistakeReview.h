@@ -4,7 +4,9 @@
 
 #include <QDialog>
 #include <QList>
+#include <functional>
 
+class QPushButton;
 class QTextBrowser;
 
 // "Fehler ansehen": every wrong answer of the test, page by page in the
@@ -13,7 +15,11 @@ class QTextBrowser;
 class MistakeReview final : public QDialog {
     Q_OBJECT
 public:
-    explicit MistakeReview(const QList<PageRecord>& pages, QWidget* parent = nullptr);
+    // practise: starts the practice round over this window and returns
+    // when it ends; without it, or without a mistake, there is no "Fehler
+    // üben".
+    explicit MistakeReview(const QList<PageRecord>& pages, QWidget* parent = nullptr,
+                           std::function<void(QWidget*)> practise = {});
 
     // The review as rich text; empty pages are left out.
     static QString html(const QList<PageRecord>& pages);
@@ -21,4 +27,5 @@ public:
 
 private:
     QTextBrowser* m_text;
+    QPushButton* m_practise = nullptr;
 };

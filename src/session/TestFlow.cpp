@@ -37,7 +37,10 @@ void TestFlow::setRandomSource(std::unique_ptr<RandomSource> source) {
 }
 
 int TestFlow::RandomBetween(int max, int ex1, int ex2, int ex3, int ex4, int ex5, int ex6) {
-    return ::RandomBetween(*m_random, max, ex1, ex2, ex3, ex4, ex5, ex6);
+    const int n = m_replay.isEmpty() ? ::RandomBetween(*m_random, max, ex1, ex2, ex3, ex4, ex5, ex6)
+                                     : m_replay.takeFirst();
+    m_drawn.append(n);
+    return n;
 }
 
 int TestFlow::nextPageAfter(int page) {
@@ -259,4 +262,16 @@ void TestFlow::PlayJingle(const QString& tune) {
 
 void TestFlow::finishTest() {
     Q_EMIT testFinished();
+}
+
+void TestFlow::pageDone(int page) {
+    if (m_onward) {
+        m_onward(page);
+        return;
+    }
+    const int next = nextPageAfter(page);
+    if (next < 0)
+        finishTest();
+    else
+        ShowPage(next);
 }

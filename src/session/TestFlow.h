@@ -43,6 +43,13 @@ public:
     RandomSource& randomSource() { return *m_random; }
     int RandomBetween(int max, int ex1 = 0, int ex2 = 0, int ex3 = 0, int ex4 = 0, int ex5 = 0,
                       int ex6 = 0);
+    // What RandomBetween gave since the last clearDrawn(), so that a page
+    // can note its draw.
+    void clearDrawn() { m_drawn.clear(); }
+    const QList<int>& drawn() const { return m_drawn; }
+    // RandomBetween gives these numbers first, then draws again: a page
+    // drawn after this sets the tasks of an earlier draw.
+    void replay(QList<int> draws) { m_replay = std::move(draws); }
 
     // The page that follows n in a test (0 → 1 → 2 → 11 → 8 → 12 → 9 → 3 →
     // 4 → 5 → 6); -1 after page 6, where the result follows.
@@ -100,6 +107,10 @@ public:
 
     // Page 6's "&Weiter": the test is over.
     void finishTest();
+    // A page's "&Weiter": the next page of the test, or its end. A flow that
+    // runs pages outside a test (a practice round) decides itself.
+    void pageDone(int page);
+    void setOnward(std::function<void(int page)> onward) { m_onward = std::move(onward); }
 
 Q_SIGNALS:
     void hidePeriodicTableRequested();
@@ -132,4 +143,7 @@ private:
     QString m_lastJingle;
     int m_praiseCalls = 0;
     int m_lastPraise = 0;
+    QList<int> m_drawn;
+    QList<int> m_replay;
+    std::function<void(int)> m_onward;
 };

@@ -25,6 +25,10 @@ struct PageRecord {
     int tasks = 0;   // as counted into TasksSoFar
     int correct = 0; // as counted into CorrectSoFar
     QList<AnswerItem> items;
+    // Every number the page drew, in the order drawn. Drawing them again sets
+    // the same tasks, which is how a practice round shows them once more;
+    // the result file does not keep them.
+    QList<int> draws;
 };
 
 // The page's subject as the record names it; the headings on screen keep

@@ -202,7 +202,7 @@ ResultRecord sampleResult(const QString& name) {
     r.grade = QStringLiteral("ausreichend");
     r.points = 5;
     for (int page : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
-        PageRecord p{page, pageTitle(page), 6, 0, {}};
+        PageRecord p{page, pageTitle(page), 6, 0, {}, {}};
         for (int i = 0; i < 6; ++i) {
             const bool right = i % 2 == 0;
             p.items.append(

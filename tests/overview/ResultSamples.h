@@ -35,7 +35,7 @@ inline ResultRecord sampleTest(const QString& name, const QString& when,
         auto page = std::find_if(r.pages.begin(), r.pages.end(),
                                  [&t](const PageRecord& p) { return p.page == t.page; });
         if (page == r.pages.end()) {
-            r.pages.append({t.page, pageTitle(t.page), 0, 0, {}});
+            r.pages.append({t.page, pageTitle(t.page), 0, 0, {}, {}});
             page = r.pages.end() - 1;
         }
         const bool right = t.given == t.expected;

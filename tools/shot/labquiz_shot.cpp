@@ -5,6 +5,7 @@
 //   labquiz_shot OUT.png [--page N] [--expert] [--check] [--fill right|wrong|mixed]
 //                [--candidate TEXT] [--score C/T] [--finish] [--print]
 //                [--table] [--calc EXPR] [--button NAME] [--splash] [--menu NAME]
+//                [--practice PAGES]
 //   labquiz_shot OUT.png --overview DIR [--sample] [--tab N] [--detail N] [--report PDF]
 //
 // --fill right types the expected answers into the page's line edits where a
@@ -23,6 +24,11 @@
 // --table opens the periodic table, --calc opens the calculator from the
 // menu and types EXPR followed by Enter, --button clicks the named button
 // (e.g. "but_Calc(0)"); a dialog that opens stays open for the picture.
+// --practice 1,11 answers a whole test, the listed pages half wrong, opens
+// "Fehler ansehen" and "Fehler üben" on the result form; --fill and --check
+// then work on the first practice page, and --finish answers the other
+// pages right up to the round's end. --fill lower types the right answers
+// in small letters.
 // --overview opens "Ergebnisse auswerten" on DIR (with --sample first filled
 // with a made-up class of 24 with one to three attempts each), shows tab N,
 // opens the Einzelansicht of the N-th test with --detail, and prints the
@@ -32,6 +38,7 @@
 #include "app/StartUp.h"
 #include "overview/OverviewWindow.h"
 #include "pages/PageHints.h"
+#include "pages/PracticeRound.h"
 #include "pages/TaskPage.h"
 #include "result/FinalGrade.h"
 #include "result/ResultRecord.h"
@@ -58,11 +65,13 @@
 
 namespace {
 
-enum class Answer { Right, Wrong, Leave };
+enum class Answer { Right, Wrong, Leave, Lower };
 
 Answer answerFor(const QString& fill, int task) {
     if (fill == QLatin1String("right"))
         return Answer::Right;
+    if (fill == QLatin1String("lower"))
+        return Answer::Lower;
     if (fill == QLatin1String("wrong"))
         return Answer::Wrong;
     return task % 3 == 0 ? Answer::Right : task % 3 == 1 ? Answer::Wrong : Answer::Leave;
@@ -86,18 +95,25 @@ template <class W> QList<W*> byIndex(QWidget* page) {
 
 void fillPage(QWidget* p, const SessionState& s, const QString& fill) {
     int task = 0;
+    // Fields a practice page hides keep their places in DrawnAnswers.
+    int place = 0;
     for (QLineEdit* e : p->findChildren<QLineEdit*>()) {
-        if (!e->isVisible() || e->isReadOnly())
+        if (e->isReadOnly())
+            continue;
+        const int own = place++;
+        if (!e->isVisible())
             continue;
         // A field that names its slot in DrawnAnswers takes that one.
         const QVariant slot = e->property("answerSlot");
-        const QString a = s.DrawnAnswers[slot.isValid() ? slot.toInt() : task];
+        const QString a = s.DrawnAnswers[slot.isValid() ? slot.toInt() : own];
         const Answer how = answerFor(fill, task++);
         if (how == Answer::Leave)
             continue;
-        e->setText(how == Answer::Right ? a.section(u'*', 1, 1).isEmpty() ? a.section(u'|', 0, 0)
-                                                                          : a.section(u'*', 1, 1)
-                                        : QStringLiteral("falsch"));
+        const QString right =
+            a.section(u'*', 1, 1).isEmpty() ? a.section(u'|', 0, 0) : a.section(u'*', 1, 1);
+        e->setText(how == Answer::Right   ? right
+                   : how == Answer::Lower ? right.toLower()
+                                          : QStringLiteral("falsch"));
     }
     // Choice lists: the item that stands for the expected answer, or another.
     const QList<QListWidget*> lists = byIndex<QListWidget>(p);
@@ -105,8 +121,8 @@ void fillPage(QWidget* p, const SessionState& s, const QString& fill) {
         const Answer how = answerFor(fill, i);
         QListWidget* list = lists[i];
         for (int row = 0; row < list->count() && how != Answer::Leave; ++row) {
-            const bool match =
-                CanonicalText(list->item(row)->text()) == CanonicalText(s.DrawnAnswers[i]);
+            const bool match = CanonicalText(list->item(row)->text()) ==
+                               CanonicalText(s.DrawnAnswers[arrayIndex(list)]);
             if (match == (how == Answer::Right)) {
                 list->setCurrentRow(row);
                 list->scrollToItem(list->item(row));
@@ -120,14 +136,15 @@ void fillPage(QWidget* p, const SessionState& s, const QString& fill) {
         if (!rows.contains(b->parentWidget()))
             rows << b->parentWidget();
     for (int r = 0; r < rows.size(); ++r) {
+        const QList<QRadioButton*> row = byIndex<QRadioButton>(rows[r]);
         bool numeric = false;
-        const int right = s.DrawnAnswers[r].toInt(&numeric);
+        const int right = s.DrawnAnswers[arrayIndex(row.first()) / int(row.size())].toInt(&numeric);
         const Answer how = answerFor(fill, r);
         if (!numeric || how == Answer::Leave)
             continue;
         // A wrong pick is the last button of the row that is not the right one.
         QRadioButton* pick = nullptr;
-        for (QRadioButton* b : byIndex<QRadioButton>(rows[r]))
+        for (QRadioButton* b : row)
             if ((arrayIndex(b) == right) == (how == Answer::Right))
                 pick = (how == Answer::Right && pick) ? pick : b;
         if (pick)
@@ -164,6 +181,42 @@ void recordMistakes(TestFlow& flow) {
     for (PageRecord& r : earlier)
         PageHints::fill(r, flow.elements());
     flow.state().Pages = earlier + flow.state().Pages;
+}
+
+// A whole test whose pages in `wrongPages` ("1,11") are answered half
+// wrong and the rest right, then the result form, "Fehler ansehen" and
+// "Fehler üben"; `inRound` runs once the practice round is up.
+void startPractice(AppMain& main, const QString& wrongPages, const QString& name,
+                   std::function<void()> inRound) {
+    QStringList wrong = wrongPages.split(u',', Qt::SkipEmptyParts);
+    main.findChild<QLineEdit*>(QStringLiteral("BenutzerName"))->setText(name);
+    main.findChild<QPushButton*>(QStringLiteral("OkS0"))->click();
+    TestFlow& flow = main.flow();
+    for (int number = 1; number > 0; number = TestFlow::nextPageAfter(number)) {
+        if (number != 1)
+            flow.ShowPage(number);
+        TaskPage* p = flow.taskPage(number);
+        fillPage(p, flow.state(),
+                 wrong.contains(QString::number(number)) ? QStringLiteral("mixed")
+                                                         : QStringLiteral("right"));
+        p->okButton()->click();
+        if (number == 6) {
+            auto inModal = [](const char* button, std::function<void()> then) {
+                QTimer::singleShot(300, [button, then] {
+                    QWidget* dialog = QApplication::activeModalWidget();
+                    if (then)
+                        QTimer::singleShot(300, then);
+                    if (auto* b = dialog
+                                      ? dialog->findChild<QPushButton*>(QString::fromLatin1(button))
+                                      : nullptr)
+                        b->click();
+                });
+            };
+            inModal("FehlerAnsehen", [inModal, inRound] { inModal("FehlerUeben", inRound); });
+            p->nextButton()->click();
+            return;
+        }
+    }
 }
 
 // A made-up class for pictures of the overview: names, attempts, tasks and
@@ -217,7 +270,7 @@ void writeSampleClass(const QString& folder) {
             r.started = r.finished.addSecs(-1500);
             r.bankFile = QStringLiteral("labquiz.dat");
             for (int page : {1, 2, 11, 8, 12, 9, 3, 4, 5, 6}) {
-                PageRecord p{page, pageTitle(page), 0, 0, {}};
+                PageRecord p{page, pageTitle(page), 0, 0, {}, {}};
                 int n = 0;
                 for (const Task& t : tasks) {
                     if (t.page != page)
@@ -314,6 +367,7 @@ int main(int argc, char** argv) {
     const int calcAt = args.indexOf(QStringLiteral("--calc"));
     const int buttonAt = args.indexOf(QStringLiteral("--button"));
     const int menuAt = args.indexOf(QStringLiteral("--menu"));
+    const int practiceAt = args.indexOf(QStringLiteral("--practice"));
 
     if (args.contains(QStringLiteral("--overview")))
         return shootOverview(app, out, args);
@@ -341,6 +395,28 @@ int main(int argc, char** argv) {
         app.exit(ok ? 0 : 1);
     };
     QTimer::singleShot(300, [&] {
+        if (practiceAt > 0) {
+            startPractice(*main, args.value(practiceAt + 1), name, [&] {
+                // Inside the practice round: its page as asked, then the picture.
+                auto* round = qobject_cast<PracticeRound*>(QApplication::activeModalWidget());
+                TaskPage* p = round ? round->page() : nullptr;
+                if (p && !fill.isEmpty())
+                    fillPage(p, round->flow().state(), fill);
+                if (p && check)
+                    p->okButton()->click();
+                // --finish: every further page answered right, up to the round's end.
+                while (finish && p && p->isChecked()) {
+                    p->nextButton()->click();
+                    p = round->page();
+                    if (p) {
+                        fillPage(p, round->flow().state(), QStringLiteral("right"));
+                        p->okButton()->click();
+                    }
+                }
+                QTimer::singleShot(400, shoot);
+            });
+            return;
+        }
         if (page > 0) {
             main->findChild<QLineEdit*>(QStringLiteral("BenutzerName"))->setText(name);
             main->findChild<QRadioButton*>(QStringLiteral("Expert(%1)").arg(expert ? 1 : 0))

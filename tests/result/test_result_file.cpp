@@ -59,7 +59,8 @@ ResultRecord twoPages() {
          2,
          2,
          {{QStringLiteral("H2 + O2 = H2O"), QStringLiteral("2 1 2"), QStringLiteral("2 1 2"),
-           true}}}};
+           true}},
+         {}}};
     r.tasks = 4;
     r.correct = 3;
     return r;

@@ -65,6 +65,10 @@ protected:
     // "&Weiter" was pressed: what the page tidies up before the next one
     // slides in.
     virtual void leaving() {}
+    // Tab stays on the page: its fields in order, then "&OK" / "&Weiter",
+    // then round again. Of an option group with a choice, only the chosen
+    // button is a stop (arrow keys move within the group).
+    bool focusNextPrevChild(bool next) override;
 
     TestFlow& flow() { return m_flow; }
     const TestFlow& flow() const { return m_flow; }

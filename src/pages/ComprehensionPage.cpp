@@ -83,6 +83,8 @@ ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
             const int i = 2 * k + side;
             auto* choice = new QRadioButton(panel);
             choice->setObjectName(QStringLiteral("JaNein1(%1)").arg(i));
+            // Padding, so that the focus ring stands clear of the button.
+            choice->setContentsMargins(4, 4, 4, 4);
             choice->setAccessibleName(TaskNames::choiceFor(
                 side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"), k + 1));
             m_pairs[k]->addButton(choice, i);

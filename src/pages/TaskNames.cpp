@@ -1,6 +1,7 @@
 #include "pages/TaskNames.h"
 
 #include "chem/FormulaText.h"
+#include "pages/AnswerRules.h"
 
 namespace {
 
@@ -79,7 +80,10 @@ QString calculatorFor(QStringView task) {
 QString verdict(bool right, QStringView rightAnswer) {
     if (right)
         return QStringLiteral("richtig");
-    const QString answer = clean(rightAnswer);
+    // A key of alternatives ("*tetra*tetr*") is read as "tetra oder tetr".
+    const QString answer = rightAnswer.contains(u'*')
+                               ? AnswerRules::readableAlternatives(rightAnswer)
+                               : clean(rightAnswer);
     return answer.isEmpty() ? QStringLiteral("falsch")
                             : QStringLiteral("falsch, richtig ist: ") + answer;
 }

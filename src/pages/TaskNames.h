@@ -30,7 +30,8 @@ QString choiceFor(QStringView word, int number);
 QString calculatorFor(QStringView task);
 
 // The description after checking: "richtig" or "falsch, richtig ist: …";
-// an empty right answer leaves the second half out.
+// an empty right answer leaves the second half out, and a "*" key of
+// alternatives is read as "a oder b".
 QString verdict(bool right, QStringView rightAnswer = {});
 
 } // namespace TaskNames

@@ -36,6 +36,9 @@ void TestTaskNames::namesCarryTheTask_data() {
             QStringLiteral("richtig"));
     dataRow("falsch mit Lösung", Namer([] { return TaskNames::verdict(false, u"Natrium   "); }),
             QStringLiteral("falsch, richtig ist: Natrium"));
+    dataRow("falsch mit Alternativen",
+            Namer([] { return TaskNames::verdict(false, u"*tetra*tetr*"); }),
+            QStringLiteral("falsch, richtig ist: tetra oder tetr"));
     dataRow("falsch ohne Lösung", Namer([] { return TaskNames::verdict(false, u"  "); }),
             QStringLiteral("falsch"));
 }

@@ -32,6 +32,7 @@ CalculatorDialog::CalculatorDialog(QWidget* parent) : QDialog(parent) {
 
     m_display = new QLineEdit(this);
     m_display->setObjectName(QStringLiteral("Anzeige"));
+    m_display->setAccessibleName(QStringLiteral("Rechnung eingeben"));
     m_display->setAlignment(Qt::AlignRight);
     m_display->setMaxLength(400);
     Look::setText(m_display, 24);

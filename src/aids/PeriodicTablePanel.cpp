@@ -3,8 +3,10 @@
 #include "controls/Look.h"
 #include "controls/PeriodicTableView.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
@@ -86,6 +88,7 @@ PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : RoundPanel(parent) {
     m_close->setIcon(noSignIcon());
     m_close->setAutoRaise(true);
     m_close->setToolTip(QStringLiteral("Periodensystem schließen"));
+    m_close->setAccessibleName(m_close->toolTip());
     m_close->setCursor(Qt::ArrowCursor);
     row->addWidget(m_close);
     layout->addWidget(m_title);
@@ -95,7 +98,7 @@ PeriodicTablePanel::PeriodicTablePanel(QWidget* parent) : RoundPanel(parent) {
     auto* legend = new ColourLegend(m_view);
     legend->setGeometry(
         m_view->cellRect({2, 0}).united(m_view->cellRect({11, 2})).adjusted(6, 2, 0, -2));
-    connect(m_close, &QToolButton::clicked, this, &QWidget::hide);
+    connect(m_close, &QToolButton::clicked, this, &PeriodicTablePanel::putAway);
     adjustSize();
     hide();
 }
@@ -111,6 +114,23 @@ void PeriodicTablePanel::ShowPeriodicTable() {
     show();
     move(m_home);
     raise();
+    m_focusBefore = QApplication::focusWidget();
+    m_view->setFocus(Qt::OtherFocusReason);
+}
+
+void PeriodicTablePanel::putAway() {
+    hide();
+    if (m_focusBefore && m_focusBefore->isVisible())
+        m_focusBefore->setFocus(Qt::OtherFocusReason);
+}
+
+void PeriodicTablePanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        putAway();
+        event->accept();
+        return;
+    }
+    RoundPanel::keyPressEvent(event);
 }
 
 void PeriodicTablePanel::HidePeriodicTable() {

@@ -3,6 +3,7 @@
 #include "controls/RoundPanel.h"
 
 #include <QPoint>
+#include <QPointer>
 
 class QLabel;
 class QToolButton;
@@ -10,7 +11,9 @@ class PeriodicTableView;
 
 // frm_PSE: the periodic table as a panel floating over the pages. It is
 // dragged by its title bar (never quite out of reach), put away by its
-// button, and put away and remembered at every page change.
+// button, and put away and remembered at every page change. Opened, it
+// takes the keyboard focus for its table; Escape puts it away and gives the
+// focus back to the field it came from.
 class PeriodicTablePanel final : public RoundPanel {
     Q_OBJECT
 public:
@@ -34,6 +37,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QWidget* m_title;
@@ -45,4 +49,6 @@ private:
     QPoint m_dragPointer;
     bool m_dragBusy = false;
     bool m_dragging = false;
+    QPointer<QWidget> m_focusBefore;
+    void putAway();
 };

@@ -15,6 +15,15 @@ void BoxLabel::setMark(const QColor& colour) {
 }
 
 void BoxLabel::paintBox(QPainter& painter) const {
+    if (m_mark.isValid() && !Look::isRight(m_mark)) {
+        // A wrong mark has a heavy dark border besides its colour.
+        Look::Box heavy = m_box;
+        heavy.border = Qt::black;
+        heavy.borderWidth = 3;
+        heavy.stripe = 0;
+        heavy.paint(painter, rect(), m_mark);
+        return;
+    }
     if (m_mark.isValid() || m_box.fill.isValid() || m_box.borderWidth > 0)
         m_box.paint(painter, rect(), m_mark);
 }

@@ -2,11 +2,14 @@
 
 #include "chem/FormulaText.h"
 #include "controls/Look.h"
+#include "controls/MarkSign.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QApplication>
 #include <QHash>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QResizeEvent>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTextDocument>
@@ -16,6 +19,12 @@ namespace {
 
 constexpr int kPadX = 8;
 constexpr int kPadY = 4;
+
+// A list may ask for rows with less padding, to show more of them at once.
+int padY(const QWidget* view) {
+    const QVariant pad = view ? view->property("rowPadding") : QVariant();
+    return pad.isValid() ? pad.toInt() : kPadY;
+}
 
 QString shownText(const QString& text) {
     // The bank pads texts with blanks; a wrapped item would show them as an
@@ -41,11 +50,14 @@ public:
             painter->fillRect(opt.rect, Look::accent());
         QTextDocument doc;
         layOut(doc, opt.text, opt.font, opt.rect.width());
-        painter->translate(opt.rect.topLeft() + QPoint(kPadX, kPadY));
+        painter->translate(opt.rect.topLeft() + QPoint(kPadX, padY(opt.widget)));
         QAbstractTextDocumentLayout::PaintContext context;
-        // Marked lists are disabled; their text stays dark so that it reads
-        // on the right and wrong colours.
-        context.palette.setColor(QPalette::Text, selected ? QColor(Qt::white) : Look::ink());
+        // Marked lists are disabled; their text is black so that it reads
+        // on both mark colours (slate ink on the wrong colour would not).
+        const bool marked = opt.widget && opt.widget->property("markColour").isValid();
+        context.palette.setColor(QPalette::Text, selected ? QColor(Qt::white)
+                                                 : marked ? QColor(Qt::black)
+                                                          : Look::ink());
         doc.documentLayout()->draw(painter, context);
         painter->restore();
 
@@ -76,7 +88,7 @@ public:
             layOut(doc, opt.text, opt.font, width);
             found = m_heights.insert(key, static_cast<int>(std::ceil(doc.size().height())));
         }
-        return {width, found.value() + 2 * kPadY + 1};
+        return {width, found.value() + 2 * padY(opt.widget) + 1};
     }
 
 private:
@@ -116,6 +128,47 @@ void ChoiceList::setChoices(const QStringList& texts) {
     clearSelection();
     setCurrentItem(nullptr);
     scrollToTop();
+    fitAll();
+}
+
+void ChoiceList::keyboardSearch(const QString& search) {
+    const bool fresh =
+        !m_lastKey.isValid() || m_lastKey.elapsed() > QApplication::keyboardInputInterval();
+    m_lastKey.restart();
+    if (fresh && selectedItems().isEmpty())
+        selectionModel()->setCurrentIndex(QModelIndex(), QItemSelectionModel::NoUpdate);
+    QListWidget::keyboardSearch(search);
+}
+
+void ChoiceList::setRowPadding(int pixels) {
+    setProperty("rowPadding", pixels);
+    doItemsLayout();
+    fitAll();
+}
+
+void ChoiceList::setShowAll(bool all) {
+    m_showAll = all;
+    setVerticalScrollBarPolicy(all ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    fitAll();
+}
+
+int ChoiceList::allRowsHeight() const {
+    int height = 2 * frameWidth();
+    for (int row = 0; row < count(); ++row)
+        height += sizeHintForRow(row);
+    return height;
+}
+
+void ChoiceList::fitAll() {
+    // Measured at the list's present width: every item shows, none scrolls.
+    if (m_showAll && count() > 0 && viewport()->width() > 0)
+        setFixedHeight(allRowsHeight());
+}
+
+void ChoiceList::resizeEvent(QResizeEvent* event) {
+    QListWidget::resizeEvent(event);
+    if (event->size().width() != event->oldSize().width())
+        fitAll();
 }
 
 QStringList ChoiceList::choices() const {
@@ -129,7 +182,20 @@ QStringList ChoiceList::choices() const {
 void ChoiceList::setMark(const QColor& colour) {
     m_mark = colour;
     setProperty("markColour", colour.isValid() ? QVariant(colour) : QVariant());
+    // The tick or cross sits in a strip of its own beside the items, so it
+    // never covers an item's text.
+    if (colour.isValid()) {
+        setViewportMargins(0, 0, MarkSign::kRoom, 0);
+        MarkSign::attach(this, Look::isRight(colour), true);
+        fitAll();
+    } else {
+        setViewportMargins(0, 0, 0, 0);
+        MarkSign::detach(this);
+        // The description is the verdict of the last check.
+        setAccessibleDescription(QString());
+    }
     viewport()->update();
+    update();
 }
 
 void ChoiceList::paintEvent(QPaintEvent* event) {
@@ -140,6 +206,39 @@ void ChoiceList::paintEvent(QPaintEvent* event) {
         painter.fillRect(event->rect(), m_mark);
     }
     QListWidget::paintEvent(event);
+    if (hasFocus()) {
+        // The list as a whole shows the focus, also before an item is current.
+        QPainter painter(viewport());
+        painter.setPen(QPen(Look::accent(), 2));
+        painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
+    }
+    if (m_mark.isValid() && !Look::isRight(m_mark)) {
+        // A wrong list also has a heavy dark border inside its edge.
+        QPainter painter(viewport());
+        painter.setPen(QPen(Qt::black, 3));
+        painter.drawRect(QRectF(viewport()->rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+    }
+}
+
+void ChoiceList::focusInEvent(QFocusEvent* event) {
+    QListWidget::focusInEvent(event);
+    viewport()->update();
+}
+
+void ChoiceList::focusOutEvent(QFocusEvent* event) {
+    QListWidget::focusOutEvent(event);
+    viewport()->update();
+}
+
+bool ChoiceList::event(QEvent* event) {
+    // The strip beside the viewport is the list's own: it takes the mark
+    // colour, so the badge stands on the field it marks.
+    if (event->type() == QEvent::Paint && m_mark.isValid()) {
+        QPainter painter(this);
+        painter.fillRect(rect().adjusted(frameWidth(), frameWidth(), -frameWidth(), -frameWidth()),
+                         m_mark);
+    }
+    return QListWidget::event(event);
 }
 
 QString ChoiceList::chosenText() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QElapsedTimer>
 #include <QListWidget>
 #include <QString>
 #include <QStringList>
@@ -27,6 +28,18 @@ public:
     // Changes the text of the item in row (for marking a wrong choice).
     void replaceChoice(int row, const QString& text);
 
+    // Vertical padding of each item in pixels (4 unless set).
+    void setRowPadding(int pixels);
+    // The list takes the height of all its items, so that none needs
+    // scrolling; it follows the items and the width.
+    void setShowAll(bool all);
+    int allRowsHeight() const;
+
+    // Typing the first letters chooses the first item that begins so. Qt
+    // would start after the current item; an item made current only by the
+    // focus is no choice, so then the search starts at the top.
+    void keyboardSearch(const QString& search) override;
+
     // Fills the whole list with a right or wrong colour; an invalid colour
     // takes the mark away. The colour is also kept in the property
     // "markColour", as Look keeps it for other fields.
@@ -35,7 +48,15 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void fitAll();
+
     QColor m_mark;
+    bool m_showAll = false;
+    QElapsedTimer m_lastKey;
 };

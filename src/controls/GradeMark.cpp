@@ -1,16 +1,20 @@
 #include "controls/GradeMark.h"
 
+#include "controls/Look.h"
+
 #include <QPainter>
 
 GradeMark::GradeMark(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("ctl_Mark"));
     setFixedSize(sizeHint());
+    setAccessibleName(QStringLiteral("Aktueller Notenstand"));
 }
 
 void GradeMark::setText(const QString& text) {
     if (text == m_text)
         return;
     m_text = text;
+    setAccessibleName(QStringLiteral("Aktueller Notenstand: ") + text);
     update();
 }
 
@@ -47,6 +51,7 @@ void GradeMark::paintEvent(QPaintEvent*) {
     f.setPixelSize(m_text.size() > 1 ? 15 : 17);
     f.setBold(true);
     p.setFont(f);
-    p.setPen(Qt::white);
+    // Whichever of black and white reads better on the grade's tint.
+    p.setPen(Look::inkOn(fill));
     p.drawText(r, Qt::AlignCenter, m_text);
 }

@@ -83,11 +83,18 @@ void LabStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* optio
                              QPainter* painter, const QWidget* widget) const {
     if (element == PE_PanelLineEdit && isFramedEdit(option, widget)) {
         const bool focus = option->state & State_HasFocus;
-        const qreal width = focus ? 2 : 1;
+        // A wrong answer also has a heavy dark border: a cue that needs no
+        // colour vision.
+        const QVariant mark = widget->property("markColour");
+        const bool wrong = mark.isValid() && !Look::isRight(mark.value<QColor>());
+        const qreal width = wrong ? 3 : focus ? 2 : 1;
         const qreal half = width / 2;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(QPen(focus ? Look::accent() : Look::fieldBorder(), width));
+        painter->setPen(QPen(focus   ? Look::accent()
+                             : wrong ? QColor(Qt::black)
+                                     : Look::fieldBorder(),
+                             width));
         painter->setBrush(option->palette.base());
         painter->drawRoundedRect(QRectF(option->rect).adjusted(half, half, -half, -half),
                                  kEditRadius - half, kEditRadius - half);
@@ -110,6 +117,7 @@ void LabStyle::drawControl(ControlElement element, const QStyleOption* option, Q
     if (element == CE_RadioButton || element == CE_CheckBox) {
         const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
         if (button && widget) {
+            const QVariant markText = widget->property("markTextColour");
             if (widget->property("markColour").isValid()) {
                 painter->save();
                 painter->setRenderHint(QPainter::Antialiasing);
@@ -117,10 +125,30 @@ void LabStyle::drawControl(ControlElement element, const QStyleOption* option, Q
                 painter->setBrush(button->palette.window());
                 painter->drawRoundedRect(QRectF(button->rect), 4, 4);
                 painter->restore();
+            } else if (markText.isValid() && markText.value<QColor>() == Look::wrong()) {
+                // The wrong colour as text needs a dark ground for 4.5:1.
+                painter->save();
+                painter->setRenderHint(QPainter::Antialiasing);
+                painter->setPen(Qt::NoPen);
+                painter->setBrush(Qt::black);
+                painter->drawRoundedRect(QRectF(button->rect), 4, 4);
+                painter->restore();
             }
             QStyleOptionButton inner = *button;
             inner.rect = button->rect.marginsRemoved(padding(widget));
             QProxyStyle::drawControl(element, &inner, painter, widget);
+            if (button->state & State_HasFocus) {
+                // A ring that shows on light cards and dark panels alike:
+                // amber outside, black inside.
+                painter->save();
+                painter->setRenderHint(QPainter::Antialiasing);
+                painter->setBrush(Qt::NoBrush);
+                painter->setPen(QPen(Look::amber(), 3));
+                painter->drawRoundedRect(QRectF(button->rect).adjusted(1.5, 1.5, -1.5, -1.5), 4, 4);
+                painter->setPen(QPen(Qt::black, 1.5));
+                painter->drawRoundedRect(QRectF(button->rect).adjusted(3.5, 3.5, -3.5, -3.5), 3, 3);
+                painter->restore();
+            }
             return;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "controls/BoxLabel.h"
 #include "controls/LabStyle.h"
+#include "controls/MarkSign.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -9,7 +10,9 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QVariantList>
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 
 QColor Look::paletteColour(int index) {
@@ -19,6 +22,26 @@ QColor Look::paletteColour(int index) {
         QColor(128, 128, 128), QColor(0, 0, 255),   QColor(0, 255, 0),   QColor(0, 255, 255),
         QColor(255, 0, 0),     QColor(255, 0, 255), QColor(255, 255, 0), QColor(255, 255, 255)};
     return colours.at(static_cast<std::size_t>(index & 15));
+}
+
+double Look::relativeLuminance(const QColor& colour) {
+    auto channel = [](double c) {
+        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    const QColor rgb = colour.toRgb();
+    return 0.2126 * channel(rgb.redF()) + 0.7152 * channel(rgb.greenF()) +
+           0.0722 * channel(rgb.blueF());
+}
+
+double Look::contrastRatio(const QColor& a, const QColor& b) {
+    const double la = relativeLuminance(a);
+    const double lb = relativeLuminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+QColor Look::inkOn(const QColor& fill) {
+    return contrastRatio(Qt::black, fill) >= contrastRatio(Qt::white, fill) ? QColor(Qt::black)
+                                                                            : QColor(Qt::white);
 }
 
 void Look::Box::paint(QPainter& painter, const QRectF& rect, const QColor& fillInstead) const {
@@ -113,7 +136,7 @@ struct RoleLook {
 constexpr RoleLook kRoles[] = {
     {"pageTitle", 17, QFont::Bold, false, 0xffffffff},
     {"groupTitle", 15, QFont::Bold, false, 0xff125c66},
-    {"hint", 12, QFont::Normal, false, 0xff607d8b},
+    {"hint", 12, QFont::Normal, false, 0xff546e7a},
     {"prompt", 15, QFont::Normal, false, 0},
     {"formula", 16, QFont::Normal, false, 0xff263238},
     {"notice", 14, QFont::Normal, false, 0xff8a1c1c},
@@ -121,11 +144,11 @@ constexpr RoleLook kRoles[] = {
     {"appName", 22, QFont::Bold, false, 0xffffffff},
     {"appSub", 13, QFont::Normal, false, 0xffb0bec5},
     {"correction", 14, QFont::Bold, false, 0xff125c66},
-    {"certCaption", 15, QFont::Normal, false, 0xff607d8b},
+    {"certCaption", 15, QFont::Normal, false, 0xff546e7a},
     {"certLine", 17, QFont::Normal, false, 0xff263238},
     {"certSmall", 15, QFont::Normal, false, 0xff37474f},
     {"certGrade", 34, QFont::ExtraBold, false, 0xff125c66},
-    {"certTitle", 30, QFont::ExtraBold, false, 0xffa87a12},
+    {"certTitle", 30, QFont::ExtraBold, false, 0xff8a6410},
 };
 
 } // namespace
@@ -219,23 +242,67 @@ void restorePlain(QWidget* field) {
     field->setProperty(kPlain, QVariant());
 }
 
+// The badge needs room at the right edge: a line edit keeps it free of
+// text, a label or option button as padding.
+const char* const kRoomKept = "markRoomKept";
+
+void keepRoom(QWidget* field) {
+    if (field->property(kRoomKept).toBool())
+        return;
+    field->setProperty(kRoomKept, true);
+    if (auto* edit = qobject_cast<QLineEdit*>(field)) {
+        QMargins m = edit->textMargins();
+        m.setRight(m.right() + MarkSign::kRoom);
+        edit->setTextMargins(m);
+    } else {
+        QMargins m = field->contentsMargins();
+        m.setRight(m.right() + MarkSign::kRoom);
+        field->setContentsMargins(m);
+    }
+}
+
+void giveRoomBack(QWidget* field) {
+    if (!field->property(kRoomKept).toBool())
+        return;
+    field->setProperty(kRoomKept, QVariant());
+    if (auto* edit = qobject_cast<QLineEdit*>(field)) {
+        QMargins m = edit->textMargins();
+        m.setRight(m.right() - MarkSign::kRoom);
+        edit->setTextMargins(m);
+    } else {
+        QMargins m = field->contentsMargins();
+        m.setRight(m.right() - MarkSign::kRoom);
+        field->setContentsMargins(m);
+    }
+}
+
+void showSign(QWidget* field, bool right) {
+    keepRoom(field);
+    MarkSign::attach(field, right);
+}
+
 } // namespace
 
 void Look::setBackground(QWidget* field, const QColor& colour) {
     if (!field)
         return;
     field->setProperty("markColour", colour);
+    showSign(field, isRight(colour));
+    keepPlain(field);
+    QPalette p = field->palette();
+    // Black reads best on the bright mark colours (slate ink on the wrong
+    // colour would not reach 4.5:1), also in a field the check has disabled.
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        for (QPalette::ColorRole role :
+             {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+            p.setColor(group, role, Qt::black);
     if (auto* box = qobject_cast<BoxLabel*>(field)) {
+        field->setPalette(p);
         box->setMark(colour);
         return;
     }
-    keepPlain(field);
-    QPalette p = field->palette();
     if (qobject_cast<QLineEdit*>(field)) {
         p.setColor(QPalette::Base, colour);
-        // Black reads best on the bright mark colours, also in a field
-        // that the check has disabled.
-        p.setColor(QPalette::Text, Qt::black);
     } else {
         p.setColor(QPalette::Window, colour);
         // An option button's mark is painted rounded by LabStyle.
@@ -256,11 +323,23 @@ void Look::setTextColour(QWidget* field, const QColor& colour) {
     field->setPalette(p);
 }
 
+void Look::markWrongChoice(QWidget* button) {
+    if (!button)
+        return;
+    setTextColour(button, wrong());
+    showSign(button, false);
+    button->update();
+}
+
 void Look::clearMarks(QWidget* field) {
     if (!field)
         return;
     if (auto* box = qobject_cast<BoxLabel*>(field))
         box->setMark(QColor());
+    MarkSign::detach(field);
+    giveRoomBack(field);
+    // A field's description is the verdict of its last check.
+    field->setAccessibleDescription(QString());
     restorePlain(field);
     field->setProperty("markColour", QVariant());
     field->setProperty("markTextColour", QVariant());

@@ -20,6 +20,15 @@ public:
     static QColor paletteColour(int index); // the 16 classic colours
     static QColor right() { return paletteColour(10); }
     static QColor wrong() { return paletteColour(12); }
+    // Whether a mark colour says right (anything else marked says wrong).
+    static bool isRight(const QColor& mark) { return mark == right(); }
+
+    // The contrast ratio of two colours after WCAG 2.1 (1 to 21); text
+    // needs at least 4.5 against what it stands on.
+    static double contrastRatio(const QColor& a, const QColor& b);
+    static double relativeLuminance(const QColor& colour);
+    // Black or white, whichever stands out more on fill.
+    static QColor inkOn(const QColor& fill);
 
     static QColor slate() { return QColor(0x26, 0x32, 0x38); }
     static QColor accent() { return QColor(0x1b, 0x7f, 0x8c); }
@@ -27,7 +36,8 @@ public:
     static QColor accentDark() { return QColor(0x12, 0x5c, 0x66); }
     static QColor amber() { return QColor(0xf9, 0xa8, 0x25); }
     static QColor ink() { return QColor(0x26, 0x32, 0x38); }
-    static QColor softInk() { return QColor(0x60, 0x7d, 0x8b); }
+    // Dark enough for 4.5:1 on white, also in the small hint size.
+    static QColor softInk() { return QColor(0x54, 0x6e, 0x7a); }
     static QColor line() { return QColor(0xcf, 0xd8, 0xdc); }
     static QColor fieldBorder() { return QColor(0xb0, 0xbe, 0xc5); }
     static QColor alarm() { return QColor(0x8a, 0x1c, 0x1c); }
@@ -67,8 +77,14 @@ public:
 
     // Colours a field's background (an input, label or option button) or its
     // text; the colour is kept in "markColour" / "markTextColour".
+    // A right or wrong background also puts a tick or cross badge at the
+    // field's right edge (MarkSign), with room kept free for it; text on a
+    // mark turns black, which reads on both mark colours.
     // clearMarks gives the field back the look it had before.
     static void setBackground(QWidget* field, const QColor& colour);
     static void setTextColour(QWidget* field, const QColor& colour);
+    // A wrong choice among option buttons: its text in the wrong colour on a
+    // black chip (red on white would fall short of 4.5:1), with a cross.
+    static void markWrongChoice(QWidget* button);
     static void clearMarks(QWidget* field);
 };

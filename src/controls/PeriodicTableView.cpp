@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -57,7 +58,85 @@ QStringList PeriodicTableView::categories() {
 PeriodicTableView::PeriodicTableView(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("ctl_PSE"));
     setMouseTracking(false);
-    setFocusPolicy(Qt::ClickFocus);
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(QStringLiteral("Periodensystem"));
+}
+
+QString PeriodicTableView::massText(const ElementTable::Element& e) {
+    if (e.massNumberOnly)
+        return QStringLiteral("[%1]").arg(e.massHundredths / 100);
+    return germanNumber(e.massHundredths / 100.0, 2);
+}
+
+int PeriodicTableView::neighbour(int number, int dx, int dy) const {
+    const ElementTable::Element* from = m_table.byNumber(number);
+    if (!from || (dx == 0 && dy == 0))
+        return number;
+    const QPoint start = cellOf(*from);
+    // Rows run 0..9 (7 stays empty), columns 0..17.
+    for (int step = 1; step <= 18; ++step) {
+        const QPoint at = start + QPoint(dx, dy) * step;
+        if (at.x() < 0 || at.x() > 17 || at.y() < 0 || at.y() > 9)
+            break;
+        for (const ElementTable::Element& e : m_table.elements())
+            if (cellOf(e) == at)
+                return e.number;
+    }
+    return number;
+}
+
+void PeriodicTableView::moveCursor(int number) {
+    if (!m_table.byNumber(number))
+        return;
+    m_cursor = number;
+    const ElementTable::Element* e = m_table.byNumber(number);
+    // A screen reader follows the ring by the name.
+    setAccessibleName(QStringLiteral("Periodensystem: %1, %2, Atommasse %3")
+                          .arg(e->symbol, e->name, massText(*e)));
+    update();
+}
+
+void PeriodicTableView::keyPressEvent(QKeyEvent* event) {
+    int dx = 0;
+    int dy = 0;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        dx = -1;
+        break;
+    case Qt::Key_Right:
+        dx = 1;
+        break;
+    case Qt::Key_Up:
+        dy = -1;
+        break;
+    case Qt::Key_Down:
+        dy = 1;
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        select(m_cursor);
+        setAccessibleDescription(selectionText());
+        event->accept();
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    moveCursor(neighbour(m_cursor, dx, dy));
+    event->accept();
+}
+
+void PeriodicTableView::focusInEvent(QFocusEvent* event) {
+    if (!m_table.byNumber(m_cursor) && m_table.count() > 0)
+        m_cursor = m_table.elements().first().number;
+    moveCursor(m_selected ? m_selected : m_cursor);
+    QWidget::focusInEvent(event);
+}
+
+void PeriodicTableView::focusOutEvent(QFocusEvent* event) {
+    update();
+    QWidget::focusOutEvent(event);
 }
 
 void PeriodicTableView::setTable(ElementTable table) {
@@ -104,7 +183,8 @@ QString PeriodicTableView::selectionText() const {
     if (!e) {
         if (m_table.count() == 0)
             return QStringLiteral("Die Datei elements.dat fehlt oder ist leer.");
-        return QStringLiteral("Ein Element anklicken, um seine Daten zu sehen.");
+        return QStringLiteral("Ein Element anklicken oder mit den Pfeiltasten wählen und Enter "
+                              "drücken, um seine Daten zu sehen.");
     }
     QString mass =
         e->massNumberOnly
@@ -123,10 +203,10 @@ void PeriodicTableView::paintEvent(QPaintEvent*) {
     p.setRenderHint(QPainter::Antialiasing);
     p.fillRect(rect(), Qt::white);
     QFont symbolFont = font();
-    symbolFont.setPixelSize(14);
+    symbolFont.setPixelSize(15);
     symbolFont.setBold(true);
     QFont numberFont = font();
-    numberFont.setPixelSize(8);
+    numberFont.setPixelSize(10);
 
     // Placeholders where the f-block rows belong in the main table.
     for (int row : {5, 6}) {
@@ -149,8 +229,17 @@ void PeriodicTableView::paintEvent(QPaintEvent*) {
         p.setFont(numberFont);
         p.drawText(r.adjusted(3, 1, -2, 0), Qt::AlignLeft | Qt::AlignTop,
                    QString::number(e.number));
+        p.drawText(r.adjusted(1, 0, -1, -1), Qt::AlignHCenter | Qt::AlignBottom, massText(e));
         p.setFont(symbolFont);
-        p.drawText(r.adjusted(0, 7, 0, 0), Qt::AlignCenter, e.symbol);
+        p.drawText(r.adjusted(0, 0, 0, -2), Qt::AlignCenter, e.symbol);
+    }
+    // The keyboard ring: black, so it stands out on every tile colour.
+    if (hasFocus()) {
+        if (const ElementTable::Element* e = m_table.byNumber(m_cursor)) {
+            p.setPen(QPen(Qt::black, 3));
+            p.setBrush(Qt::NoBrush);
+            p.drawRoundedRect(QRectF(cellRect(cellOf(*e))).adjusted(-1, -1, 1, 1), 4, 4);
+        }
     }
     QFont infoFont = font();
     infoFont.setPixelSize(13);
@@ -161,8 +250,10 @@ void PeriodicTableView::paintEvent(QPaintEvent*) {
 }
 
 void PeriodicTableView::mousePressEvent(QMouseEvent* event) {
-    if (const ElementTable::Element* e = elementAt(event->position().toPoint()))
+    if (const ElementTable::Element* e = elementAt(event->position().toPoint())) {
         select(e->number);
+        moveCursor(e->number);
+    }
     event->accept();
 }
 

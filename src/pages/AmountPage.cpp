@@ -5,6 +5,7 @@
 #include "controls/Look.h"
 #include "pages/Marking.h"
 #include "pages/NumberAnswer.h"
+#include "pages/TaskNames.h"
 #include "session/SessionState.h"
 
 #include <QGridLayout>
@@ -67,6 +68,9 @@ void AmountPage::draw() {
     for (int i = 0; i < kQuestions; ++i) {
         m_questions[i]->setStoredText(d.questions[i]);
         state().DrawnAnswers[i] = d.answers[i];
+        const QString task = TaskNames::amountFor(d.questions[i]);
+        m_fields[i]->setAccessibleName(task);
+        m_calc[i]->setAccessibleName(TaskNames::calculatorFor(task));
     }
 }
 

@@ -1,9 +1,11 @@
 #include "pages/ComprehensionPage.h"
 
+#include "controls/BoxLabel.h"
 #include "controls/FormulaTextLabel.h"
 #include "controls/Look.h"
 #include "controls/RoundPanel.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "result/ResultFile.h"
 #include "result/ResultRecord.h"
 #include "session/CandidateRecords.h"
@@ -66,9 +68,11 @@ ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
         m_statements[k] = statement;
         g->addWidget(statement, k, 0);
 
-        // Each pair sits on a panel of its own, mid grey so that the chosen
-        // word (black) stands out and the other one (yellow) stays readable.
-        auto* panel = new RoundPanel({QColor(0x78, 0x90, 0x9c), QColor(), 0, 6}, this);
+        // Each pair sits on a dark panel of its own, on which the yellow of
+        // a word not chosen reads at well over 4.5:1; the chosen word (black)
+        // stands on a white chip of its own, which also shows the choice
+        // without colour.
+        auto* panel = new RoundPanel({Look::slate(), QColor(), 0, 6}, this);
         panel->setObjectName(QStringLiteral("JaNeinPanel(%1)").arg(k));
         panel->setFixedWidth(176);
         auto* row = new QHBoxLayout(panel);
@@ -79,13 +83,17 @@ ComprehensionPage::ComprehensionPage(TestFlow& flow, QWidget* parent)
             const int i = 2 * k + side;
             auto* choice = new QRadioButton(panel);
             choice->setObjectName(QStringLiteral("JaNein1(%1)").arg(i));
-            choice->setAccessibleName(side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"));
+            // Padding, so that the focus ring stands clear of the button.
+            choice->setContentsMargins(4, 4, 4, 4);
+            choice->setAccessibleName(TaskNames::choiceFor(
+                side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"), k + 1));
             m_pairs[k]->addButton(choice, i);
             m_choices[i] = choice;
             auto* word =
-                new QLabel(side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"), panel);
+                new BoxLabel(side == 0 ? QStringLiteral("Ja") : QStringLiteral("Nein"), panel);
             word->setObjectName(QStringLiteral("AA(%1)").arg(i));
             Look::setText(word, 15, QFont::Bold);
+            word->setContentsMargins(6, 1, 6, 1);
             word->installEventFilter(new WordClick(word, choice));
             m_words[i] = word;
             row->addWidget(choice);
@@ -121,8 +129,11 @@ int ComprehensionPage::expectedButton(const QString& answer) {
 }
 
 void ComprehensionPage::JaNein1_Click() {
-    for (int i = 0; i < kChoices; ++i)
-        Look::setTextColour(m_words[i], Look::paletteColour(m_choices[i]->isChecked() ? 0 : 14));
+    for (int i = 0; i < kChoices; ++i) {
+        const bool chosen = m_choices[i]->isChecked();
+        Look::setTextColour(m_words[i], Look::paletteColour(chosen ? 0 : 14));
+        m_words[i]->setBox({chosen ? QColor(Qt::white) : QColor(), QColor(), 0, 4});
+    }
 }
 
 void ComprehensionPage::reset() {
@@ -135,6 +146,7 @@ void ComprehensionPage::reset() {
         for (int side = 0; side < 2; ++side) {
             m_choices[2 * k + side]->setChecked(false);
             m_choices[2 * k + side]->setEnabled(true);
+            m_choices[2 * k + side]->setAccessibleDescription(QString());
         }
         m_pairs[k]->setExclusive(true);
     }
@@ -145,6 +157,8 @@ void ComprehensionPage::draw() {
     const Draw d = drawFor(bank(), drawDistinct(TaskBank::StatementsSection, kQuestions));
     for (int k = 0; k < kQuestions; ++k) {
         m_statements[k]->setStoredText(d.statements[k]);
+        m_choices[2 * k]->parentWidget()->setAccessibleName(
+            TaskNames::answerTo(k + 1, d.statements[k]));
         state().DrawnAnswers[k] = d.answers[k];
     }
     m_choices[0]->setFocus();
@@ -164,6 +178,9 @@ bool ComprehensionPage::judge(Marking& marking) {
                 chosen = 2 * k + side;
         }
         const AnswerItem item{m_statements[k]->text().trimmed(), word(e), word(chosen)};
+        const bool ok = e >= 0 && m_choices[e]->isChecked();
+        for (int side = 0; side < 2; ++side)
+            m_choices[2 * k + side]->setAccessibleDescription(TaskNames::verdict(ok, word(e)));
         if (e >= 0 && m_choices[e]->isChecked()) {
             marking.right(m_statements[k], item);
         } else {

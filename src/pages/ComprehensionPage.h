@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 
+class BoxLabel;
 class CandidateRecords;
 class FormulaTextLabel;
 class QAbstractButton;
@@ -58,6 +59,6 @@ private:
     std::array<FormulaTextLabel*, kQuestions> m_statements{};
     std::array<QButtonGroup*, kQuestions> m_pairs{};
     std::array<QAbstractButton*, kChoices> m_choices{};
-    std::array<QLabel*, kChoices> m_words{};
+    std::array<BoxLabel*, kChoices> m_words{};
     std::optional<FinalResult> m_result;
 };

@@ -5,26 +5,31 @@
 #include "controls/Look.h"
 #include "pages/ChoiceRules.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QSet>
+#include <QTimer>
 #include <algorithm>
 
 namespace {
 // Drawn entries: three asked, one more kept out of the lists.
 constexpr int kDrawn = 4;
-// Height of one list: three fill the card with room for the buttons.
-constexpr int kListHeight = 116;
 } // namespace
 
 DefinitionPage::DefinitionPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 3, 3, parent) {
     setHeading(QStringLiteral(" 3 Definitionen (Was ist ...?)"),
                QStringLiteral("Definitionen zu den vorgegeben Begriffen anklicken!"));
     QGridLayout* g = grid();
-    g->setColumnMinimumWidth(0, 175);
+    // A narrow column for the terms leaves the lists wide enough that most
+    // definitions take one line, so all seven of each list show at once.
+    g->setColumnMinimumWidth(0, 150);
+    g->setVerticalSpacing(6);
     g->setColumnStretch(1, 1);
     QList<QWidget*> lists;
     for (int i = 0; i < kQuestions; ++i) {
@@ -32,9 +37,11 @@ DefinitionPage::DefinitionPage(TestFlow& flow, QWidget* parent) : TaskPage(flow,
         m_terms[i]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         m_terms[i]->setWordWrap(true);
         m_terms[i]->setContentsMargins(0, 6, 0, 0);
+        m_terms[i]->setMaximumWidth(160);
         m_lists[i] = new ChoiceList(this);
         m_lists[i]->setObjectName(QStringLiteral("Auswahl(%1)").arg(i));
-        m_lists[i]->setFixedHeight(kListHeight);
+        m_lists[i]->setRowPadding(2);
+        m_lists[i]->installEventFilter(this);
         g->addWidget(m_terms[i], i, 0);
         g->addWidget(m_lists[i], i, 1);
         lists << m_lists[i];
@@ -143,9 +150,55 @@ void DefinitionPage::draw() {
     for (int i = 0; i < kQuestions; ++i) {
         m_terms[i]->setText(d.terms[i]);
         m_lists[i]->setChoices(ChoiceRules::displayOrder(d.choices[i]));
+        m_lists[i]->setAccessibleName(TaskNames::definitionOf(d.terms[i]));
         state().DrawnAnswers[i] = d.answers[i];
     }
     m_lists[0]->setFocus();
+    open(0);
+    // Once the page is laid out, the room below the lists is known.
+    QTimer::singleShot(0, this, [this] { open(m_open); });
+}
+
+void DefinitionPage::open(int list) {
+    m_open = list;
+    // The room from the first list down to the buttons.
+    const int top = m_lists[0]->mapTo(this, QPoint()).y();
+    const int room = okButton()->mapTo(this, QPoint()).y() - 14 - top;
+    const int spacing = grid()->verticalSpacing();
+    int allOpen = (kQuestions - 1) * spacing;
+    for (ChoiceList* l : m_lists)
+        allOpen += l->allRowsHeight();
+    const bool fitsOpen = room > 0 && allOpen <= room;
+    // Folded lists share what the open one leaves, two rows at least.
+    const int folded = room > 0
+                           ? (room - m_lists[list]->allRowsHeight() - (kQuestions - 1) * spacing) /
+                                 (kQuestions - 1)
+                           : 0;
+    for (int i = 0; i < kQuestions; ++i) {
+        ChoiceList* l = m_lists[i];
+        l->setShowAll(fitsOpen || i == list);
+        if (fitsOpen || i == list)
+            continue;
+        const int rows = std::min(2, l->count());
+        int height = 2 * l->frameWidth();
+        for (int row = 0; row < rows; ++row)
+            height += l->sizeHintForRow(row);
+        l->setFixedHeight(std::min(l->allRowsHeight(), std::max({height, folded, 40})));
+        const QList<QListWidgetItem*> chosen = l->selectedItems();
+        if (!chosen.isEmpty())
+            l->scrollToItem(chosen.first(), QAbstractItemView::PositionAtTop);
+        else
+            l->scrollToTop();
+    }
+}
+
+bool DefinitionPage::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn) {
+        for (int i = 0; i < kQuestions; ++i)
+            if (watched == m_lists[i] && i != m_open)
+                open(i);
+    }
+    return TaskPage::eventFilter(watched, event);
 }
 
 bool DefinitionPage::judge(Marking& marking) {
@@ -155,7 +208,9 @@ bool DefinitionPage::judge(Marking& marking) {
         const QString chosen = list->chosenText();
         const QString& expected = state().DrawnAnswers[i];
         AnswerItem item{m_terms[i]->text().trimmed(), expected.trimmed(), chosen.trimmed()};
-        if (ChoiceRules::sameChoice(expected, chosen)) {
+        const bool right = ChoiceRules::sameChoice(expected, chosen);
+        list->setAccessibleDescription(TaskNames::verdict(right, expected));
+        if (right) {
             list->setMark(Look::right());
             marking.addCorrect();
             item.right = true;

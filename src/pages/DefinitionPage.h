@@ -50,8 +50,15 @@ protected:
     void draw() override;
     bool judge(Marking& marking) override;
     QList<QWidget*> taskWidgets(int item) const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // The list being worked in shows all seven definitions; the others
+    // fold to two rows with their choice on top. Three open lists of seven
+    // wrapped definitions are taller than the card.
+    void open(int list);
+
     std::array<QLabel*, kQuestions> m_terms{};
     std::array<ChoiceList*, kQuestions> m_lists{};
+    int m_open = 0;
 };

@@ -3,6 +3,7 @@
 #include "controls/Look.h"
 #include "pages/AnswerRules.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
@@ -82,6 +83,10 @@ void ElementPage::draw() {
     for (int i = 0; i < kQuestions; ++i) {
         m_prompts[i]->setText(d.prompts[i]);
         state().DrawnAnswers[i] = d.answers[i];
+    }
+    for (int i = 0; i < 3; ++i) {
+        m_symbols[i]->setAccessibleName(TaskNames::symbolFor(d.prompts[i]));
+        m_names[i]->setAccessibleName(TaskNames::nameForSymbol(d.prompts[3 + i]));
     }
     m_symbols[0]->setFocus();
 }

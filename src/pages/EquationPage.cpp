@@ -1,8 +1,11 @@
 #include "pages/EquationPage.h"
 
+#include "chem/FormulaText.h"
 #include "controls/FormulaLabel.h"
 #include "controls/Look.h"
+#include "controls/MarkSign.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
@@ -56,7 +59,8 @@ EquationPage::EquationPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 9, 
             const int i = 4 * r + s;
             const int column = kSlotColumn[s];
             m_fields[i] = makeInput(QStringLiteral("Einsetz(%1)").arg(i));
-            m_fields[i]->setFixedWidth(48);
+            // Room for two digits beside a tick or cross once checked.
+            m_fields[i]->setFixedWidth(48 + MarkSign::kRoom - 6);
             m_fields[i]->setAlignment(Qt::AlignCenter);
             m_fields[i]->setProperty("answerSlot", answerSlot(i));
             m_fields[i]->installEventFilter(this);
@@ -155,6 +159,14 @@ void EquationPage::draw() {
              {static_cast<QWidget*>(m_fields[4 * r + 3]), static_cast<QWidget*>(m_texts[4 * r + 3]),
               static_cast<QWidget*>(m_plusRight[r])})
             w->setHidden(oneRight);
+        // Shown fields are counted left to right, as the student sees them.
+        int shown = 0;
+        for (int k = 0; k < 4; ++k) {
+            if (!slots.formula[k].isEmpty())
+                m_fields[4 * r + k]->setAccessibleName(
+                    TaskNames::coefficient(++shown, r + 1) + QStringLiteral(", vor ") +
+                    FormulaText::formulaToPlain(slots.formula[k]));
+        }
     }
     m_fields[0]->setFocus();
 }
@@ -196,7 +208,10 @@ bool EquationPage::judge(Marking& marking) {
             QLineEdit* field = m_fields[i];
             field->setReadOnly(true);
             field->setCursorPosition(0);
-            if (coefficientRight(field->text(), s.DrawnAnswers[answerSlot(i)])) {
+            const QString& expected = s.DrawnAnswers[answerSlot(i)];
+            const bool right = coefficientRight(field->text(), expected);
+            field->setAccessibleDescription(TaskNames::verdict(right, expected));
+            if (right) {
                 marking.colourRight(field);
             } else {
                 all = false;

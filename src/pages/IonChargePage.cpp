@@ -2,7 +2,9 @@
 
 #include "controls/BoxLabel.h"
 #include "controls/Look.h"
+#include "controls/MarkSign.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
@@ -19,7 +21,7 @@ IonChargePage::IonChargePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 5
     setHeading(QStringLiteral(" 4 Bevorzugte Ladungszahl der Ionen"),
                QStringLiteral("Entsprechendes Periodensystem mit [Strg]+F1] oder [Strg]+F2]"));
     QGridLayout* g = grid();
-    g->setColumnMinimumWidth(0, 260);
+    g->setColumnMinimumWidth(0, 190);
     g->setColumnStretch(2, 1);
     g->setVerticalSpacing(30);
     QList<QWidget*> buttons;
@@ -45,7 +47,9 @@ IonChargePage::IonChargePage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 5
             const int i = kCharges * k + c;
             auto* b = new QRadioButton(caption(c), panel);
             b->setObjectName(QStringLiteral("ChooseS5_1(%1)").arg(i));
-            b->setMinimumWidth(62);
+            // Wide enough for a tick or cross beside the charge, so a mark
+            // does not shift the row.
+            b->setMinimumWidth(62 + MarkSign::kRoom);
             Look::setText(b, 15);
             // Padding around the button, so that a mark reads as a box.
             b->setContentsMargins(8, 5, 8, 5);
@@ -129,6 +133,12 @@ void IonChargePage::draw() {
     const Draw d = drawFor(bank(), drawDistinct(TaskBank::IonChargesSection, kIons));
     for (int k = 0; k < kIons; ++k) {
         m_names[k]->setText(d.names[k]);
+        // The row is the option group; each choice says its charge and ion.
+        const QString task = TaskNames::chargeOf(d.names[k]);
+        m_buttons[kCharges * k]->parentWidget()->setAccessibleName(task);
+        for (int c = 0; c < kCharges; ++c)
+            m_buttons[kCharges * k + c]->setAccessibleName(caption(c) + QStringLiteral(", ") +
+                                                           task);
         state().DrawnAnswers[k] = d.answers[k];
     }
     m_buttons[0]->setFocus();
@@ -148,13 +158,16 @@ bool IonChargePage::judge(Marking& marking) {
         }
         const AnswerItem item{m_names[k]->text().trimmed(), right ? right->text() : QString(),
                               given};
-        if (right && right->isChecked()) {
+        const bool ok = right && right->isChecked();
+        for (int i = first; i < first + kCharges; ++i)
+            m_buttons[i]->setAccessibleDescription(TaskNames::verdict(ok, item.expected));
+        if (ok) {
             marking.right(right, item);
             continue;
         }
         for (int i = first; i < first + kCharges; ++i) {
             if (m_buttons[i]->isChecked()) {
-                Look::setTextColour(m_buttons[i], Look::wrong());
+                Look::markWrongChoice(m_buttons[i]);
                 break;
             }
         }

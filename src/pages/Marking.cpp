@@ -1,7 +1,10 @@
 #include "pages/Marking.h"
 
 #include "controls/Look.h"
+#include "pages/TaskNames.h"
 #include "session/SessionState.h"
+
+#include <QWidget>
 
 Marking::Marking(SessionState& state, int page, int tasks) : m_state(state), m_tasks(tasks) {
     m_state.TasksSoFar += tasks;
@@ -18,12 +21,14 @@ PageRecord Marking::record() const {
 
 void Marking::right(QWidget* field, AnswerItem item) {
     right(field);
+    field->setAccessibleDescription(TaskNames::verdict(true));
     item.right = true;
     note(std::move(item));
 }
 
 void Marking::wrong(QWidget* field, AnswerItem item) {
     wrong(field);
+    field->setAccessibleDescription(TaskNames::verdict(false, item.expected));
     item.right = false;
     note(std::move(item));
 }

@@ -23,7 +23,8 @@ public:
     void colourRight(QWidget* field);
     void addCorrect(int n = 1);
 
-    // The same, noting the task with what was asked, expected and given.
+    // The same, noting the task with what was asked, expected and given;
+    // the field's accessible description then tells the verdict.
     void right(QWidget* field, AnswerItem item);
     void wrong(QWidget* field, AnswerItem item);
     // Notes a task without colouring anything.

@@ -6,6 +6,7 @@
 #include "controls/Look.h"
 #include "pages/Marking.h"
 #include "pages/NumberAnswer.h"
+#include "pages/TaskNames.h"
 #include "session/SessionState.h"
 #include "session/TextRules.h"
 
@@ -77,6 +78,9 @@ void MolarMassPage::draw() {
         m_formulas[k]->setFormula(formulas ? d.formulas[k] : QString());
         m_formulas[k]->setVisible(formulas);
         state().DrawnAnswers[k] = d.answers[k];
+        const QString task = TaskNames::molarMassOf(d.names[k]);
+        m_fields[k]->setAccessibleName(task);
+        m_calc[k]->setAccessibleName(TaskNames::calculatorFor(task));
     }
     m_formulaHeading->setVisible(formulas);
     m_fields[0]->setFocus();

@@ -3,6 +3,7 @@
 #include "controls/Look.h"
 #include "pages/AnswerRules.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/SessionState.h"
 #include "session/TextRules.h"
 
@@ -87,6 +88,8 @@ void NumberSyllablePage::draw() {
     for (int i = 0; i < kQuestions; ++i) {
         m_prompts[i]->setText(d.prompts[i]);
         state().DrawnAnswers[i] = d.answers[i];
+        m_fields[i]->setAccessibleName(i < 2 ? TaskNames::numberForSyllable(d.prompts[i])
+                                             : TaskNames::syllableForNumber(d.prompts[i]));
     }
     m_fields[0]->setFocus();
 }

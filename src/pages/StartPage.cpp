@@ -53,6 +53,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     body->addWidget(nameCaption, 1, 0);
     m_name = new QLineEdit(this);
     m_name->setObjectName(QStringLiteral("BenutzerName"));
+    m_name->setAccessibleName(QStringLiteral("Dein Name"));
     m_name->setMaxLength(200);
     m_name->installEventFilter(this);
     nameCaption->setBuddy(m_name);
@@ -64,6 +65,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     body->addWidget(listCaption, 3, 0);
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("Liste"));
+    m_list->setAccessibleName(QStringLiteral("Frühere Kandidaten"));
     Look::setText(m_list, 15);
     m_list->setSpacing(2);
     listCaption->setBuddy(m_list);
@@ -98,6 +100,7 @@ StartPage::StartPage(TestFlow& flow, CandidateRecords& info, QWidget* parent, QL
     body->addWidget(melodyCaption, 4, 1);
     m_melody = new QComboBox(this);
     m_melody->setObjectName(QStringLiteral("HYMNE"));
+    m_melody->setAccessibleName(QStringLiteral("Belobigungsmelodie"));
     m_melody->addItems(MelodyPlayer::melodyNames());
     Look::setText(m_melody, 15);
     body->addWidget(m_melody, 5, 1, Qt::AlignTop);

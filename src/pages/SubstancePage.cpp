@@ -7,6 +7,7 @@
 #include "controls/Look.h"
 #include "controls/TermInput.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
@@ -171,9 +172,11 @@ void SubstancePage::draw() {
         if (i < kFormulaTasks) {
             m_names[i]->setText(d.prompts[i]);
             m_formulas[i]->setFormula(QString());
+            m_inputs[i]->edit()->setAccessibleName(TaskNames::formulaFor(d.prompts[i]));
         } else {
             m_names[i]->clear();
             m_formulas[i]->setFormula(d.prompts[i]);
+            m_inputs[i]->edit()->setAccessibleName(TaskNames::nameForFormula(d.prompts[i]));
         }
         m_titles[i]->setSubstance(d.formulas[i], d.ions[i]);
         state().DrawnAnswers[i] = d.answers[i];

@@ -7,6 +7,9 @@
 #include "pages/PageHints.h"
 #include "session/TestFlow.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QButtonGroup>
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -182,6 +185,41 @@ void TaskPage::chainEnter(const QList<QWidget*>& fields, const std::function<int
         if (to >= 0 && to < fields.size())
             fields[i]->installEventFilter(new EnterMover(fields[i], fields[to]));
     }
+}
+
+bool TaskPage::focusNextPrevChild(bool next) {
+    // The start page stays under the task pages, so Qt's own chain would
+    // lead into it; and the buttons, made first, would come before the
+    // fields.
+    QList<QWidget*> stops;
+    for (QWidget* w = nextInFocusChain(); w != this; w = w->nextInFocusChain()) {
+        if (w == m_ok || w == m_next || !isAncestorOf(w) || !w->isVisibleTo(this) ||
+            !w->isEnabled() || (w->focusPolicy() & Qt::TabFocus) != Qt::TabFocus)
+            continue;
+        if (auto* b = qobject_cast<QAbstractButton*>(w)) {
+            const QButtonGroup* group = b->group();
+            if (group && group->exclusive() && group->checkedButton() &&
+                group->checkedButton() != b)
+                continue;
+        }
+        stops << w;
+    }
+    for (QWidget* w : {static_cast<QWidget*>(m_ok), static_cast<QWidget*>(m_next)})
+        if (w->isVisibleTo(this) && w->isEnabled())
+            stops << w;
+    if (stops.isEmpty())
+        return QWidget::focusNextPrevChild(next);
+    QWidget* now = QApplication::focusWidget();
+    qsizetype at = stops.indexOf(now);
+    // From a button passed over (not the chosen one of its group), go on
+    // from the group's chosen one.
+    if (at < 0)
+        if (auto* b = qobject_cast<QAbstractButton*>(now); b && b->group())
+            at = stops.indexOf(b->group()->checkedButton());
+    const qsizetype n = stops.size();
+    const qsizetype to = at < 0 ? (next ? 0 : n - 1) : (at + (next ? 1 : n - 1)) % n;
+    stops[to]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
 }
 
 QString TaskPage::bankNotice() const {

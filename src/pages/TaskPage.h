@@ -77,6 +77,10 @@ protected:
     // The widgets that show task `item` (its place in the record), the one
     // the student answers in first; empty past the last task.
     virtual QList<QWidget*> taskWidgets(int item) const = 0;
+    // Tab stays on the page: its fields in order, then "&OK" / "&Weiter",
+    // then round again. Of an option group with a choice, only the chosen
+    // button is a stop (arrow keys move within the group).
+    bool focusNextPrevChild(bool next) override;
 
     TestFlow& flow() { return m_flow; }
     const TestFlow& flow() const { return m_flow; }

@@ -5,6 +5,7 @@
 #include "controls/Look.h"
 #include "pages/ChoiceRules.h"
 #include "pages/Marking.h"
+#include "pages/TaskNames.h"
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
@@ -13,11 +14,12 @@
 #include <QVBoxLayout>
 
 namespace {
-// Four rows fill the card with room for the buttons.
-constexpr int kListHeight = 84;
-constexpr int kListWidth = 250;
-constexpr int kCorrectionWidth = 600;
-constexpr int kCorrectionHeight = 22;
+// Two tasks side by side in two rows: each list shows eight terms or more
+// at once, beside its definition.
+constexpr int kVisibleTerms = 8;
+constexpr int kListWidth = 215;
+constexpr int kCorrectionWidth = 215;
+constexpr int kCorrectionHeight = 40;
 } // namespace
 
 TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, parent) {
@@ -25,7 +27,11 @@ TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, paren
                QStringLiteral("Begriffe  zu den gegebenen Definitionen auswählen!"));
     QGridLayout* g = grid();
     g->setColumnStretch(0, 1);
+    g->setColumnStretch(2, 1);
     g->setColumnMinimumWidth(1, kListWidth);
+    g->setColumnMinimumWidth(3, kListWidth);
+    g->setHorizontalSpacing(12);
+    g->setVerticalSpacing(12);
     QList<QWidget*> lists;
     for (int k = 0; k < kQuestions; ++k) {
         auto* cell = new QWidget(this);
@@ -43,6 +49,8 @@ TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, paren
         slot->setFixedHeight(kCorrectionHeight);
         m_corrections[k] = makeNamed(QStringLiteral("RichtigVon(%1)").arg(k), "correction");
         m_corrections[k]->setParent(slot);
+        m_corrections[k]->setWordWrap(true);
+        m_corrections[k]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         m_corrections[k]->setGeometry(0, 0, kCorrectionWidth, kCorrectionHeight);
         m_corrections[k]->hide();
         column->addWidget(m_definitions[k]);
@@ -51,11 +59,12 @@ TermPage::TermPage(TestFlow& flow, QWidget* parent) : TaskPage(flow, 4, 4, paren
 
         m_lists[k] = new ChoiceList(this);
         m_lists[k]->setObjectName(QStringLiteral("AuswahlS4(%1)").arg(k));
-        m_lists[k]->setFixedSize(kListWidth, kListHeight);
+        m_lists[k]->setRowPadding(2);
+        m_lists[k]->setFixedWidth(kListWidth);
         m_lists[k]->setToolTip(
             QStringLiteral("Die ersten Buchstaben tippen: die Liste springt zum Begriff."));
-        g->addWidget(cell, k, 0);
-        g->addWidget(m_lists[k], k, 1);
+        g->addWidget(cell, k / 2, 2 * (k % 2));
+        g->addWidget(m_lists[k], k / 2, 2 * (k % 2) + 1);
         lists << m_lists[k];
     }
     chainEnter(lists, [](int k) { return (k + 1) % kQuestions; });
@@ -102,6 +111,12 @@ void TermPage::draw() {
     for (int k = 0; k < kQuestions; ++k) {
         m_definitions[k]->setStoredText(d.definitions[k]);
         m_lists[k]->setChoices(terms);
+        // Half a row more than the eight shows that the list goes on.
+        const int row = m_lists[k]->sizeHintForRow(0);
+        if (row > 0)
+            m_lists[k]->setFixedHeight(2 * m_lists[k]->frameWidth() + kVisibleTerms * row +
+                                       row / 2);
+        m_lists[k]->setAccessibleName(TaskNames::termFor(k + 1, d.definitions[k]));
         state().DrawnAnswers[k] = d.answers[k];
         m_corrections[k]->setText(d.corrections[k]);
         m_corrections[k]->hide();
@@ -116,6 +131,7 @@ bool TermPage::judge(Marking& marking) {
         const bool right = ChoiceRules::sameChoice(state().DrawnAnswers[k], list->chosenText());
         marking.note({m_definitions[k]->text().trimmed(), state().DrawnAnswers[k].trimmed(),
                       list->chosenText().trimmed(), right});
+        list->setAccessibleDescription(TaskNames::verdict(right, state().DrawnAnswers[k]));
         if (right) {
             list->setMark(Look::right());
             marking.addCorrect();

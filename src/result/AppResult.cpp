@@ -87,7 +87,7 @@ void AppResult::buildCertificate() {
     titleRow->addStretch(1);
     auto* titleNote = new QLabel(QStringLiteral("Laborix Test · Selbsttest Chemie"), titleBar);
     titleNote->setObjectName(QStringLiteral("FrameTitleNote"));
-    Look::setText(titleNote, 13, QFont::Normal, QColor(0xd7, 0xee, 0xf0));
+    Look::setText(titleNote, 13, QFont::Normal, QColor(Qt::white));
     titleRow->addWidget(titleNote);
     outer->addWidget(titleBar);
 

@@ -233,10 +233,17 @@ void TestFlow::GenerateTest(int page) {
 }
 
 void TestFlow::UpdateScore() {
-    if (m_tasksLabel)
+    // A screen reader reads a counter with its caption, not as a bare number.
+    if (m_tasksLabel) {
         m_tasksLabel->setText(Grades::counterText(m_state.TasksSoFar));
-    if (m_correctLabel)
+        m_tasksLabel->setAccessibleName(
+            QStringLiteral("Aufgaben bisher: %1").arg(m_state.TasksSoFar));
+    }
+    if (m_correctLabel) {
         m_correctLabel->setText(Grades::counterText(m_state.CorrectSoFar));
+        m_correctLabel->setAccessibleName(
+            QStringLiteral("davon richtig: %1").arg(m_state.CorrectSoFar));
+    }
     m_state.RunningGrade =
         Grades::runningGrade(Grades::ratio(m_state.CorrectSoFar, m_state.TasksSoFar));
     if (m_mark)

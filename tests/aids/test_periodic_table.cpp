@@ -15,6 +15,9 @@ private Q_SLOTS:
     void dragStaysWithinReach();
     void pageChangeRemembersWhereItWas();
     void legendExplainsEveryColourInUse();
+    void arrowsWalkTheTable_data();
+    void arrowsWalkTheTable();
+    void tilesShowTheFilesMass();
 
 private:
     std::unique_ptr<AppRun> m_app;
@@ -124,6 +127,68 @@ void TestPeriodicTable::legendExplainsEveryColourInUse() {
     QVERIFY(key);
     for (const ElementTable::Element& e : view->table().elements())
         QVERIFY(!key->geometry().intersects(view->cellRect(PeriodicTableView::cellOf(e))));
+}
+
+void TestPeriodicTable::arrowsWalkTheTable_data() {
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("dx");
+    QTest::addColumn<int>("dy");
+    QTest::addColumn<int>("to");
+    dataRow("H nach rechts über die Lücke zu He", 1, 1, 0, 2);
+    dataRow("He nach rechts bleibt", 2, 1, 0, 2);
+    dataRow("H nach unten zu Li", 1, 0, 1, 3);
+    dataRow("B nach oben bleibt (keine Zelle darüber)", 5, 0, -1, 5);
+    dataRow("Ba nach rechts zu Hf (f-Block eigene Zeile)", 56, 1, 0, 72);
+    dataRow("Cs nach unten zu Fr", 55, 0, 1, 87);
+    dataRow("Fr nach unten bleibt am Rand", 87, 0, 1, 87);
+    dataRow("La nach unten zu Ac", 57, 0, 1, 89);
+    dataRow("Lu nach links zu Yb", 71, -1, 0, 70);
+}
+
+// The same walk as the arrow keys, and the keys themselves on the shown panel.
+void TestPeriodicTable::arrowsWalkTheTable() {
+    QFETCH(int, from);
+    QFETCH(int, dx);
+    QFETCH(int, dy);
+    QFETCH(int, to);
+    PeriodicTableView* view = panel()->view();
+    QCOMPARE(view->neighbour(from, dx, dy), to);
+
+    panel()->ShowPeriodicTable();
+    QCOMPARE(QApplication::focusWidget(), view);
+    QTest::mouseClick(
+        view, Qt::LeftButton, {},
+        view->cellRect(PeriodicTableView::cellOf(*view->table().byNumber(from))).center());
+    const Qt::Key key = dx > 0   ? Qt::Key_Right
+                        : dx < 0 ? Qt::Key_Left
+                        : dy > 0 ? Qt::Key_Down
+                                 : Qt::Key_Up;
+    QTest::keyClick(view, key);
+    QCOMPARE(view->cursor(), to);
+    QCOMPARE(view->selected(), from); // the line keeps the clicked element
+    QTest::keyClick(view, Qt::Key_Return);
+    QCOMPARE(view->selected(), to);
+    QTest::keyClick(view, Qt::Key_Escape);
+    QVERIFY(!panel()->isVisible());
+}
+
+// Each tile shows its mass as the file writes it, with a decimal comma, and
+// the tile is wide enough for it.
+void TestPeriodicTable::tilesShowTheFilesMass() {
+    PeriodicTableView* view = panel()->view();
+    auto mass = [&](int number) {
+        return PeriodicTableView::massText(*view->table().byNumber(number));
+    };
+    QCOMPARE(mass(1), QStringLiteral("1,01"));
+    QCOMPARE(mass(8), QStringLiteral("16,00"));
+    QCOMPARE(mass(43), QStringLiteral("[98]"));
+    QFont small = view->font();
+    small.setPixelSize(10);
+    const QFontMetrics metrics(small);
+    for (const ElementTable::Element& e : view->table().elements())
+        QVERIFY2(metrics.horizontalAdvance(PeriodicTableView::massText(e)) <=
+                     PeriodicTableView::kCell - 2,
+                 qPrintable(e.symbol));
 }
 
 QTEST_MAIN(TestPeriodicTable)

@@ -1,8 +1,10 @@
 #include "TestSupport.h"
 #include "controls/BoxLabel.h"
+#include "controls/ChoiceList.h"
 #include "controls/FormulaTextLabel.h"
 #include "controls/LabStyle.h"
 #include "controls/Look.h"
+#include "controls/MarkSign.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +24,10 @@ private Q_SLOTS:
     void clearingKeepsOwnColours();
     void styleFillsButtonsAndFields();
     void formulaTextKeepsStoredTextAndRoom();
+    void contrastRatio_data();
+    void contrastRatio();
+    void markReadsInGreyscale_data();
+    void markReadsInGreyscale();
 };
 
 void TestLook::roleGivesFont_data() {
@@ -131,13 +137,13 @@ void TestLook::styleFillsButtonsAndFields() {
     QCOMPARE(radio->sizeHint() - QRadioButton(radio->text()).sizeHint(), QSize(16, 10));
 
     auto pixel = [](QWidget* w, QPoint at) { return w->grab().toImage().pixelColor(at); };
-    QCOMPARE(pixel(edit, {100, 15}), QColor(Qt::white));
+    QCOMPARE(pixel(edit, {60, 15}), QColor(Qt::white));
     Look::setBackground(edit, Look::wrong());
-    QCOMPARE(pixel(edit, {100, 15}), Look::wrong());
+    QCOMPARE(pixel(edit, {60, 15}), Look::wrong());
     Look::setBackground(radio, Look::right());
-    QCOMPARE(pixel(radio, {76, 15}), Look::right());
+    QCOMPARE(pixel(radio, {54, 3}), Look::right());
     Look::clearMarks(radio);
-    QVERIFY(pixel(radio, {76, 15}) != Look::right());
+    QVERIFY(pixel(radio, {54, 3}) != Look::right());
     QCOMPARE(pixel(button, {10, 16}), Look::accent());
 }
 
@@ -166,6 +172,114 @@ void TestLook::formulaTextKeepsStoredTextAndRoom() {
     label.setStoredText(QString());
     QVERIFY(label.drawnHtml().isEmpty());
     QCOMPARE(label.text(), QString());
+}
+
+void TestLook::contrastRatio_data() {
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("ground");
+    QTest::addColumn<double>("low");
+    QTest::addColumn<double>("high");
+    // The formula's own fixed points.
+    dataRow("Schwarz auf Weiß", QColor(Qt::black), QColor(Qt::white), 21.0, 21.0);
+    dataRow("gleiche Farben", Look::accent(), Look::accent(), 1.0, 1.0);
+    dataRow("Grau 777 auf Weiß (Grenzfall)", QColor(0x77, 0x77, 0x77), QColor(Qt::white), 4.47,
+            4.49);
+    // Every pair of text and ground the program shows must reach 4.5:1.
+    dataRow("Text auf Karte", Look::ink(), QColor(Qt::white), 4.5, 21.0);
+    dataRow("Hinweis auf Karte", Look::softInk(), QColor(Qt::white), 4.5, 21.0);
+    dataRow("Hinweis auf Urkunde", Look::softInk(), QColor(0xff, 0xfd, 0xf6), 4.5, 21.0);
+    dataRow("Text auf richtig", QColor(Qt::black), Look::right(), 4.5, 21.0);
+    dataRow("Text auf falsch", QColor(Qt::black), Look::wrong(), 4.5, 21.0);
+    dataRow("falsche Wahl auf Chip", Look::wrong(), QColor(Qt::black), 4.5, 21.0);
+    dataRow("gelbes Ja/Nein auf Tafel", Look::paletteColour(14), Look::slate(), 4.5, 21.0);
+    dataRow("gewähltes Ja/Nein auf Chip", Look::paletteColour(0), QColor(Qt::white), 4.5, 21.0);
+    dataRow("Knopftext", QColor(Qt::white), Look::accent(), 4.5, 21.0);
+    dataRow("Gruppentitel", Look::accentDark(), QColor(Qt::white), 4.5, 21.0);
+    dataRow("Titel der Urkunde", QColor(0x8a, 0x64, 0x10), QColor(0xff, 0xfd, 0xf6), 4.5, 21.0);
+}
+
+void TestLook::contrastRatio() {
+    QFETCH(QColor, text);
+    QFETCH(QColor, ground);
+    QFETCH(double, low);
+    QFETCH(double, high);
+    const double ratio = Look::contrastRatio(text, ground);
+    QVERIFY2(ratio >= low - 1e-9 && ratio <= high + 1e-9, qPrintable(QString::number(ratio)));
+    QCOMPARE(Look::contrastRatio(ground, text), ratio);
+}
+
+void TestLook::markReadsInGreyscale_data() {
+    QTest::addColumn<QString>("kind");
+    dataRow("Eingabefeld", QStringLiteral("edit"));
+    dataRow("Kastenbeschriftung", QStringLiteral("box"));
+    dataRow("Optionsfeld", QStringLiteral("radio"));
+    dataRow("Auswahlliste", QStringLiteral("list"));
+}
+
+// A field marked right and one marked wrong, photographed and turned grey:
+// the dark strokes alone (below the grey of either fill) must differ, and
+// each carries a badge that names its verdict.
+void TestLook::markReadsInGreyscale() {
+    QFETCH(QString, kind);
+    auto make = [&](QWidget* parent) -> QWidget* {
+        QWidget* w = nullptr;
+        if (kind == QLatin1String("edit"))
+            w = new QLineEdit(QStringLiteral("Na"), parent);
+        else if (kind == QLatin1String("box"))
+            w = new BoxLabel(QStringLiteral("Natrium-Ion"), parent);
+        else if (kind == QLatin1String("radio"))
+            w = new QRadioButton(QStringLiteral("+1"), parent);
+        else {
+            auto* list = new ChoiceList(parent);
+            list->setChoices({QStringLiteral("Element"), QStringLiteral("Verbindung")});
+            w = list;
+        }
+        w->setGeometry(0, 0, 140, kind == QLatin1String("list") ? 80 : 32);
+        return w;
+    };
+    auto mark = [&](QWidget* w, bool right) {
+        const QColor colour = right ? Look::right() : Look::wrong();
+        if (auto* list = qobject_cast<ChoiceList*>(w))
+            list->setMark(colour);
+        else
+            Look::setBackground(w, colour);
+    };
+    // Pixels darker than either fill turns in greyscale: strokes, not fills.
+    const int fillGrey = std::min(qGray(Look::right().rgb()), qGray(Look::wrong().rgb()));
+    auto strokes = [&](QWidget* w) {
+        const QImage image = w->grab().toImage();
+        QList<bool> dark;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                dark << (qGray(image.pixel(x, y)) < fillGrey - 30);
+        return dark;
+    };
+    QWidget parent;
+    parent.resize(300, 200);
+    QWidget* rightField = make(&parent);
+    QWidget* wrongField = make(&parent);
+    mark(rightField, true);
+    mark(wrongField, false);
+    QVERIFY(MarkSign::of(rightField) && MarkSign::of(rightField)->isRight());
+    QVERIFY(MarkSign::of(wrongField) && !MarkSign::of(wrongField)->isRight());
+    QCOMPARE(MarkSign::of(wrongField)->accessibleName(), QStringLiteral("falsch"));
+    const QList<bool> a = strokes(rightField);
+    const QList<bool> b = strokes(wrongField);
+    QCOMPARE(a.size(), b.size());
+    int differing = 0;
+    for (qsizetype i = 0; i < a.size(); ++i)
+        differing += a[i] != b[i] ? 1 : 0;
+    // The tick and the cross alone differ in some dozens of pixels.
+    QVERIFY2(differing > 40, qPrintable(QString::number(differing)));
+
+    // Cleared, the badge is gone and the field has its room back.
+    const QSize before = rightField->sizeHint();
+    if (auto* list = qobject_cast<ChoiceList*>(rightField))
+        list->setMark({});
+    else
+        Look::clearMarks(rightField);
+    QVERIFY(!MarkSign::of(rightField));
+    QVERIFY(rightField->sizeHint().width() <= before.width());
 }
 
 QTEST_MAIN(TestLook)

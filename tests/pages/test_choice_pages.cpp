@@ -89,6 +89,14 @@ QColor shownBackground(QListWidget* list) {
     return {};
 }
 
+// Rows of a list shown whole, without scrolling.
+int rowsInView(const QListWidget* list) {
+    int n = 0;
+    for (int r = 0; r < list->count(); ++r)
+        n += list->viewport()->rect().contains(list->visualItemRect(list->item(r))) ? 1 : 0;
+    return n;
+}
+
 // All three choice pages on one flow.
 struct Fixture : PageFixture<DefinitionPage> {
     TermPage* terms = add<TermPage>();
@@ -340,6 +348,13 @@ void TestChoicePages::definitionPage() {
         QVERIFY(rowOf(lists[i], s.DrawnAnswers[i]) >= 0);
         QVERIFY(lists[i]->selectedItems().isEmpty());
     }
+    // The list in work shows all seven definitions; the focus opens another.
+    for (int i : {0, 2}) {
+        lists[i]->setFocus();
+        QTRY_COMPARE(rowsInView(lists[i]), 7);
+    }
+    lists[0]->setFocus();
+    QTRY_COMPARE(rowsInView(lists[0]), 7);
     // The focus makes an item current, but a current item is no answer.
     QCOMPARE(QApplication::focusWidget(), lists[0]);
     QVERIFY(f.enterWalk({"Auswahl(0)", "Auswahl(1)", "Auswahl(2)"}));
@@ -417,6 +432,13 @@ void TestChoicePages::termPage() {
                  definition.contains(u'^'));
     }
     QCOMPARE(QApplication::focusWidget(), lists[0]);
+    // Eight terms at least in view in every list, beside its definition.
+    for (int k = 0; k < 4; ++k) {
+        QVERIFY(rowsInView(lists[k]) >= 8);
+        const QPoint term = f.label("AnzS4", k)->mapTo(f.terms, QPoint());
+        const QPoint list = lists[k]->mapTo(f.terms, QPoint());
+        QVERIFY(qAbs(term.y() - list.y()) < 20 && list.x() > term.x());
+    }
     // Typing the first letters picks the term.
     QTest::keyClicks(lists[0], QStringLiteral("Kat"));
     QCOMPARE(selectedText(lists[0]), padded("Katalysator", 20));

@@ -384,6 +384,9 @@ int main(int argc, char** argv) {
     main->flow().setSlideStepMs(0);
     main->setLauncher([](const QString&, const QStringList&) { return true; });
     main->setExiter([] {});
+    // Xvfb has no window manager to activate the window; without that no
+    // focus ring would show in the picture.
+    main->activateWindow();
     bool shotTaken = false;
     auto shoot = [&] {
         if (shotTaken)

@@ -30,7 +30,8 @@ void ClassTableModel::setTests(const QList<ResultRecord>* records,
     QCollator collator(QLocale(QLocale::German, QLocale::Germany));
     for (const ClassSummary::Attempts& a : attempts) {
         // A single attempt sorts by the name as written in its file.
-        const QString shown = a.tests.size() == 1 ? (*records)[a.tests.first()].candidate : a.name;
+        const QString shown =
+            a.tests.size() == 1 && records ? (*records)[a.tests.first()].candidate : a.name;
         m_groups.push_back({a.name, a.tests, collator.sortKey(shown)});
     }
     m_order.resize(m_groups.size());

@@ -22,7 +22,8 @@ public:
 
     explicit ClassTableModel(QObject* parent = nullptr);
 
-    // The records stay the caller's and must outlive the next setTests.
+    // The records stay the caller's and must outlive the next setTests;
+    // nullptr and no attempts empty the table.
     void setTests(const QList<ResultRecord>* records,
                   const QList<ClassSummary::Attempts>& attempts);
     void setBoldFont(const QFont& font) { m_bold = font; }

@@ -125,6 +125,9 @@ OverviewWindow::OverviewWindow(QString resultsFolder, NamesFile* remembered, QWi
 
 OverviewWindow::~OverviewWindow() {
     stopReading();
+    // The records go with this object's members, before QWidget's own
+    // destructor hides the table, which then lays its rows out once more.
+    m_classModel->setTests(nullptr, {});
 }
 
 void OverviewWindow::buildTop() {
@@ -425,6 +428,8 @@ void OverviewWindow::takeReading() {
     m_thread = nullptr;
     m_progressTimer.stop();
     m_progressBar->hide();
+    // The table lets go of the old records before they are replaced.
+    m_classModel->setTests(nullptr, {});
     m_reading = std::move(*m_incoming);
     m_incoming.reset();
 

@@ -35,8 +35,8 @@ add_test(NAME check COMMAND check)
 SURVIVES = {
     (2, "`<` -> `<=`"): True, (2, "`<` -> `>`"): False, (2, "constant `0` -> `1`"): True,
     (3, "constant `1` -> `2`"): False,
-    (4, "`>` -> `>=`"): True, (4, "`>` -> `<`"): False, (4, "constant `0` -> `1`"): True,
-    (4, "constant `1` -> `2`"): False,
+    (4, "`>` -> `>=`"): True, (4, "`>` -> `<`"): False, (4, "constant `1` -> `2`"): False,
+    (4, "constant `0` (1st of 2) -> `1`"): True, (4, "constant `0` (2nd of 2) -> `1`"): True,
 }
 
 

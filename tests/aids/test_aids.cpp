@@ -45,7 +45,7 @@ private Q_SLOTS:
 private:
     // The main window of the periodic-table tests, started on first use.
     std::unique_ptr<AppRun> m_app;
-    AppMain* main() {
+    AppMain* mainWindow() {
         if (!m_app) {
             m_app = std::make_unique<AppRun>();
             m_app->start()->resize(1200, 900);
@@ -53,7 +53,7 @@ private:
         }
         return m_app->windows.first();
     }
-    PeriodicTablePanel* panel() { return main()->periodicTable(); }
+    PeriodicTablePanel* panel() { return mainWindow()->periodicTable(); }
 };
 
 void TestAids::worksOutExpressions_data() {
@@ -262,11 +262,11 @@ void TestAids::decidesEachAid() {
 }
 
 void TestAids::menusAskTheLevel() {
-    auto* calc = child<QAction>(main(), "mnu_HelpCalc");
-    auto* table = child<QAction>(main(), "M_H_P2");
+    auto* calc = child<QAction>(mainWindow(), "mnu_HelpCalc");
+    auto* table = child<QAction>(mainWindow(), "M_H_P2");
     // The menus ask for their own aid: the rows above give the words.
     for (int level : {0, 1}) {
-        main()->flow().state().ExpertLevel = level;
+        mainWindow()->flow().state().ExpertLevel = level;
         ModalAnswer calculator(QStringLiteral("OK"), QStringLiteral("2*1,01+16"));
         calc->trigger();
         QCOMPARE(calculator.sawCalculator(), level == 0);
@@ -275,10 +275,10 @@ void TestAids::menusAskTheLevel() {
     ModalAnswer answer(QStringLiteral("OK"));
     table->trigger();
     QCOMPARE(answer.text(), ExpertLimits::refusal(Aid::PeriodicTable));
-    QVERIFY(!main()->periodicTable()->isVisible());
-    main()->flow().state().ExpertLevel = 0;
+    QVERIFY(!mainWindow()->periodicTable()->isVisible());
+    mainWindow()->flow().state().ExpertLevel = 0;
     table->trigger();
-    QVERIFY(main()->periodicTable()->isVisible());
+    QVERIFY(mainWindow()->periodicTable()->isVisible());
 }
 
 void TestAids::placesEveryElementInItsOwnCell() {
@@ -304,7 +304,7 @@ void TestAids::placesEveryElementInItsOwnCell() {
 }
 
 void TestAids::dragStaysWithinReach() {
-    main()->M_H_P2_Click();
+    mainWindow()->M_H_P2_Click();
     panel()->move(200, 100);
     const QWidget* area = panel()->parentWidget();
     panel()->beginDrag(QPoint(500, 500));
@@ -332,21 +332,21 @@ void TestAids::dragStaysWithinReach() {
 // remembers the place, closing by its own button does not.
 void TestAids::keepsItsPlace() {
     QVERIFY(!panel()->isVisible());
-    main()->M_H_P2_Click();
+    mainWindow()->M_H_P2_Click();
     QVERIFY(panel()->isVisible());
     QCOMPARE(panel()->pos(), panel()->panelHome());
     panel()->move(30, 40);
-    main()->M_H_P2_Click();
+    mainWindow()->M_H_P2_Click();
     QCOMPARE(panel()->pos(), QPoint(30, 40));
-    startTest(main(), QStringLiteral("Anna")); // slides page 1 in
+    startTest(mainWindow(), QStringLiteral("Anna")); // slides page 1 in
     QVERIFY(!panel()->isVisible());
     QCOMPARE(panel()->panelHome(), QPoint(30, 40));
-    main()->M_H_P2_Click();
+    mainWindow()->M_H_P2_Click();
     QCOMPARE(panel()->pos(), QPoint(30, 40));
     panel()->move(300, 200);
     panel()->findChild<QToolButton*>(QStringLiteral("but_PSEHide"))->click();
     QVERIFY(!panel()->isVisible());
-    main()->M_H_P2_Click();
+    mainWindow()->M_H_P2_Click();
     QCOMPARE(panel()->pos(), QPoint(30, 40));
 }
 

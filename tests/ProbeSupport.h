@@ -89,7 +89,6 @@ public:
         }
         return out;
     }
-    QString errors() const { return m_errors; }
     // Everything it said, for failure messages.
     QString transcript() const {
         return m_lines.join(u'\n') + QStringLiteral("\n--- stderr ---\n") + m_errors;

@@ -5,7 +5,6 @@
 #include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "result/AppResult.h"
-#include "result/ResultRecord.h"
 
 #include <QAction>
 #include <QMenu>
@@ -18,13 +17,11 @@ private Q_SLOTS:
     void refusesSecondInstanceUnlessNew();
     void formsTheSuccessorCommand();
     void newTestStartsSuccessorAndQuitAsks();
-    void slidesThroughTheTestOrder();
     void endOfTestShowsResultThenAsksForNewTest();
     void missingBankShowsNoticeAndGoesOn();
     void normalLevelWithoutBasicEntriesDoesNotHang();
     void resizeKeepsCardCentred();
     void showsInfo();
-    void enterPressesFocusedButtons();
 };
 
 void TestApp::startsOnShippedBankWithMenusAndPages() {
@@ -173,72 +170,6 @@ void TestApp::newTestStartsSuccessorAndQuitAsks() {
     QCOMPARE(exits, 2);
 }
 
-void TestApp::slidesThroughTheTestOrder() {
-    AppRun app;
-    AppMain* main = app.start();
-    QVERIFY(main);
-    QList<int> shown;
-    connect(&main->flow(), &TestFlow::pageShown, this, [&](int p) { shown << p; });
-    startTest(main, QStringLiteral("Anna"));
-    QCOMPARE(shown, QList<int>{1});
-
-    const QList<int> order{1, 2, 11, 8, 12, 9, 3, 4, 5, 6};
-    for (int i = 0; i < order.size(); ++i) {
-        TaskPage* page = main->flow().taskPage(order[i]);
-        QVERIFY(page->isVisible());
-        QCOMPARE(page->pos(), QPoint(0, 0));
-        // Exactly one task page is on show.
-        for (int n : order)
-            QCOMPARE(main->flow().taskPage(n)->isVisible(), n == order[i]);
-        if (page->okButton()->isVisible())
-            page->okButton()->click();
-        QVERIFY(page->nextButton()->isVisible());
-        // Laid out again after judging: "Weiter" stands where "OK" stood.
-        QCOMPARE(page->nextButton()->geometry().bottomRight(),
-                 page->okButton()->geometry().bottomRight());
-        if (order[i] == 6) {
-            // The result form comes first; its "Nein" ends the test.
-            ModalAnswer answer(QStringLiteral("Nein"));
-            page->nextButton()->click();
-            QCOMPARE(answer.title(), QStringLiteral("Laborix-Test - Ergebnis"));
-        } else {
-            page->nextButton()->click();
-            QCOMPARE(main->flow().PreviousPage(), order[i]);
-        }
-    }
-    QCOMPARE(shown, order);
-    // The start page is never slid away; the task pages slide over it.
-    QVERIFY(child<QWidget>(main, QStringLiteral("Seite(0)"))->isVisible());
-    // Each page counts its tasks once, in the order of a test: 1, 2, 11, 8,
-    // 12, 9, 3, 4, 5 and 6.
-    QCOMPARE(main->flow().state().TasksSoFar, 6 + 4 + 6 + 4 + 5 + 10 + 3 + 4 + 4 + 6);
-
-    // The test was handed in as one result file that says the same, page by
-    // page in that order; equations are one item each, worth two tasks.
-    const QStringList results =
-        QDir(app.file(QStringLiteral("Ergebnisse"))).entryList(QDir::Files | QDir::Hidden);
-    QCOMPARE(results.size(), 1);
-    QVERIFY2(results.first().contains(QStringLiteral("_Anna_")), qPrintable(results.first()));
-    QFile file(app.file(QStringLiteral("Ergebnisse/") + results.first()));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QString why;
-    const std::optional<ResultRecord> record = ResultRecord::fromJson(file.readAll(), &why);
-    QVERIFY2(record, qPrintable(why));
-    QCOMPARE(record->candidate, QStringLiteral("Anna"));
-    QCOMPARE(record->tasks, main->flow().state().TasksSoFar);
-    QCOMPARE(record->correct, main->flow().state().CorrectSoFar);
-    QCOMPARE(record->bankSha256.size(), 64);
-    QList<int> pages;
-    QList<int> items;
-    for (const PageRecord& p : record->pages) {
-        pages << p.page;
-        items << int(p.items.size());
-    }
-    QCOMPARE(pages, order);
-    QCOMPARE(items, (QList<int>{6, 4, 6, 4, 5, 5, 3, 4, 4, 6}));
-    QCOMPARE(record->pages.first().items.first().given, QString());
-}
-
 void TestApp::endOfTestShowsResultThenAsksForNewTest() {
     AppRun app;
     AppMain* main = app.start();
@@ -294,21 +225,6 @@ void TestApp::endOfTestShowsResultThenAsksForNewTest() {
     QCOMPARE(launches, 0);
     QCOMPARE(exits, 0);
     QVERIFY(!main->findChild<AppResult*>());
-
-    // "Nein": the program ends at once, no question, the folder is free again.
-    newTest.reset();
-    main->setResultHook([&](AppResult* form) {
-        QTimer::singleShot(0, form, [&, form] {
-            newTest = std::make_unique<ModalAnswer>(QStringLiteral("Ja"));
-            child<QPushButton>(form, QStringLiteral("CSCmd3"))->click();
-        });
-    });
-    page->nextButton()->click();
-    QCOMPARE(exits, 1);
-    QCOMPARE(launches, 0);
-    QTest::qWait(50);
-    QVERIFY(!newTest->seen());
-    QVERIFY(app.start()); // no "/NEW" needed: the lock was released
 }
 
 void TestApp::missingBankShowsNoticeAndGoesOn() {
@@ -390,48 +306,6 @@ void TestApp::showsInfo() {
     QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
     QVERIFY(answer.text().contains(QStringLiteral("Ergebnisordner:\n  ") +
                                    QDir::toNativeSeparators(main->info().resultsFolder())));
-}
-
-void TestApp::enterPressesFocusedButtons() {
-    AppRun app;
-    AppMain* main = app.start();
-    QVERIFY(main);
-    main->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(main));
-    // Start page: the name typed, then Enter on the focused start button.
-    auto* name = child<QLineEdit>(main, QStringLiteral("BenutzerName"));
-    name->setText(QStringLiteral("Anna"));
-    auto* start = child<QPushButton>(main, QStringLiteral("OkS0"));
-    start->setFocus();
-    QTest::keyClick(start, Qt::Key_Return);
-    TaskPage* page = main->flow().taskPage(1);
-    QTRY_VERIFY(page->isVisible());
-
-    // In an answer field Enter still walks the fields and checks nothing.
-    auto* first = child<QLineEdit>(page, QStringLiteral("EleSym(0)"));
-    first->setFocus();
-    QTest::keyClick(first, Qt::Key_Return);
-    QCOMPARE(QApplication::focusWidget(), child<QLineEdit>(page, QStringLiteral("EleSym(1)")));
-    QCOMPARE(main->flow().state().TasksSoFar, 0);
-
-    // All right, Enter on "OK" checks, counts and praises; the focus lands
-    // on "Weiter", and Enter there goes on and puts the praise away.
-    const SessionState& s = main->flow().state();
-    for (int i = 0; i < 3; ++i) {
-        child<QLineEdit>(page, QStringLiteral("EleSym(%1)").arg(i))->setText(s.DrawnAnswers[i]);
-        child<QLineEdit>(page, QStringLiteral("Ele(%1)").arg(i))
-            ->setText(s.DrawnAnswers[3 + i].section(u'*', 1, 1));
-    }
-    page->okButton()->setFocus();
-    QTest::keyClick(page->okButton(), Qt::Key_Return);
-    QCOMPARE(child<QLabel>(main, QStringLiteral("Aufgabenanz"))->text(), QStringLiteral(" 6"));
-    QCOMPARE(child<QLabel>(main, QStringLiteral("RichtigAnz"))->text(), QStringLiteral(" 6"));
-    QVERIFY(main->flow().praisePanel()->isVisible());
-    QCOMPARE(QApplication::focusWidget(), page->nextButton());
-    QTest::keyClick(page->nextButton(), Qt::Key_Enter, Qt::KeypadModifier);
-    QTRY_VERIFY(main->flow().taskPage(2)->isVisible());
-    QCOMPARE(main->flow().PreviousPage(), 1);
-    QVERIFY(!main->flow().praisePanel()->isVisible());
 }
 
 QTEST_MAIN(TestApp)

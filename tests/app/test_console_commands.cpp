@@ -1,11 +1,16 @@
 #include "TestSupport.h"
 #include "app/ConsoleCommands.h"
+#include "overview/ResultSamples.h"
 
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+
 // The terminal side of the program: --help and --version without any
-// display, and --check with its exit codes and its choice of element table.
-// Most rows run the built program itself, as a teacher would.
+// display, --check with its exit codes and its choice of element table, and
+// "--auswertung ORDNER --csv DATEI|-" as a school server's script runs it (the
+// CSV written whole, the exit code saying whether every file was read). Most
+// rows run the built program itself, as a teacher would.
 class TestConsoleCommands : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -18,10 +23,14 @@ private Q_SLOTS:
     void checkExitCodes();
     void checkFindsElementTable();
     void checkWithoutFileSeedsDataFolder();
+    void overviewExitCodes_data();
+    void overviewExitCodes();
+    void overviewWritesToStandardOutput();
+    void overviewRefusesADropBox();
 
 private:
     static ProgramRun run(const QStringList& arguments, const QProcessEnvironment& environment) {
-        return runProgram(QStringLiteral(LABQUIZ_EXECUTABLE), arguments, environment, {}, 60000);
+        return runProgram(QStringLiteral(LABQUIZ_EXE), arguments, environment, {}, 60000);
     }
     // No display of any kind; the data folder is a throwaway one.
     QProcessEnvironment headless(const QString& dataFolder) const;
@@ -38,7 +47,7 @@ void TestConsoleCommands::initTestCase() {
     QFile bank(kDataDir + QStringLiteral("/labquiz.dat"));
     QVERIFY(bank.open(QIODevice::ReadOnly));
     m_shippedBank = bank.readAll();
-    QVERIFY(QFileInfo(QStringLiteral(LABQUIZ_EXECUTABLE)).isExecutable());
+    QVERIFY(QFileInfo(QStringLiteral(LABQUIZ_EXE)).isExecutable());
     QVERIFY(m_home.isValid());
 }
 
@@ -79,7 +88,8 @@ void TestConsoleCommands::helpAndVersionNeedNoDisplay_data() {
     dataRow("version", QStringList{"--version"}, QStringList{version + u'\n'});
     dataRow("help", QStringList{"--help"},
             QStringList{version, "Aufruf: labquiz", "--check [DATEI]", "Rückgabewert", "-DEV",
-                        "/NEW", "--version"});
+                        "/NEW", "--version", "labquiz --auswertung [ORDNER] [--csv DATEI|-]",
+                        "--von JJJJ-MM-TT"});
     dataRow("help mit anderen Schaltern", QStringList{"-DEV", "/NEW", "--help", "--check"},
             QStringList{"Aufruf: labquiz"});
 }
@@ -220,6 +230,113 @@ void TestConsoleCommands::checkWithoutFileSeedsDataFolder() {
     QVERIFY2(r.out.contains(QStringLiteral("/Laborix/LabQuiz/labquiz.dat: 9 Abschnitte")),
              qPrintable(r.out));
     QVERIFY(QFile::exists(m_home.filePath(QStringLiteral("share/Laborix/LabQuiz/labquiz.dat"))));
+}
+
+void TestConsoleCommands::overviewExitCodes_data() {
+    QTest::addColumn<QStringList>("args"); // F: the folder, OUT: the CSV file
+    QTest::addColumn<bool>("badFile");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<int>("rows"); // lines of the CSV after its header; -1: no file
+    QTest::addColumn<QString>("err");
+    const QStringList csv{"--auswertung", "F", "--csv", "OUT"};
+    dataRow("all read", csv, false, 0, 5, QString("5 Tests in der Tabelle, 5 Dateien gelesen"));
+    dataRow("results folder in use", QStringList{"--auswertung", "--csv", "OUT"}, false, 0, 5,
+            QString("5 Tests in der Tabelle"));
+    dataRow("one skipped and named", csv, true, 1, 5,
+            QString("übersprungen: 2026-11-26_kaputt.json: kein gültiges JSON"));
+    dataRow("dates restrict the rows",
+            csv + QStringList{"--von", "2026-11-22", "--bis", "2026-11-24"}, false, 0, 2,
+            QString("2 Tests in der Tabelle"));
+    dataRow("folder missing", QStringList{"--auswertung", "F/fehlt", "--csv", "OUT"}, false, 2, -1,
+            QString("gibt es nicht"));
+    dataRow("no such date", csv + QStringList{"--von", "2026-13-01"}, false, 2, -1,
+            QString("kein Datum der Form JJJJ-MM-TT"));
+    dataRow("German date order", csv + QStringList{"--bis", "24.11.2026"}, false, 2, -1,
+            QString("kein Datum"));
+    dataRow("from after to", csv + QStringList{"--von", "2026-11-24", "--bis", "2026-11-20"}, false,
+            2, -1, QString("--von liegt nach --bis"));
+    dataRow("two folders", csv + QStringList{"F"}, false, 2, -1, QString("Nur ein Ordner"));
+    dataRow("unknown switch", csv + QStringList{"--format", "xlsx"}, false, 2, -1,
+            QString("Unbekannte Angabe \"--format\""));
+    dataRow("date switch without its date", csv + QStringList{"--von"}, false, 2, -1,
+            QString("Nach --von fehlt die Angabe"));
+}
+
+void TestConsoleCommands::overviewExitCodes() {
+    QFETCH(QStringList, args);
+    QFETCH(bool, badFile);
+    QFETCH(int, exitCode);
+    QFETCH(int, rows);
+    QFETCH(QString, err);
+    QTemporaryDir dir;
+    const QString folder = dir.filePath("Ergebnisse");
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(writeSampleClass(folder));
+    if (badFile)
+        QVERIFY(writeBytes(folder + "/2026-11-26_kaputt.json", "{\"format\": \"laborix-res"));
+    const QString out = dir.filePath("klasse.csv");
+    for (QString& a : args) {
+        if (a == "OUT")
+            a = out;
+        else if (a.startsWith("F"))
+            a.replace(0, 1, folder);
+    }
+    // Without a folder named, the results folder in use is read.
+    QProcessEnvironment env = headless(dir.filePath("daten"));
+    env.insert("LABQUIZ_RESULTS", folder);
+    const ProgramRun r = run(args, env);
+    QVERIFY(r.finished);
+    QVERIFY2(r.err.contains(err), qPrintable(r.err));
+    QCOMPARE(r.exitCode, exitCode);
+    QCOMPARE(QFileInfo::exists(out), rows >= 0);
+    if (rows < 0)
+        return;
+    QFile file(out);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QVERIFY(bytes.startsWith("\xEF\xBB\xBFName;Datum;Uhrzeit;"));
+    QCOMPARE(bytes.count("\r\n"), rows + 1);
+}
+
+void TestConsoleCommands::overviewWritesToStandardOutput() {
+    QTemporaryDir dir;
+    QVERIFY(writeSampleClass(dir.path()));
+    QProcess p;
+    p.setProcessEnvironment(headless(dir.filePath("daten")));
+    p.start(QStringLiteral(LABQUIZ_EXE), {"--auswertung", dir.path(), "--csv", "-"});
+    QVERIFY(p.waitForFinished(60000));
+    QCOMPARE(p.exitCode(), 0);
+    const QByteArray csv = p.readAllStandardOutput();
+    const QList<QByteArray> lines = csv.split('\n');
+    QVERIFY(csv.startsWith("\xEF\xBB\xBF"));
+    // Name by name, each name's attempts oldest first.
+    QVERIFY(lines[1].startsWith("Anna;20.11.2026;10:00;normal;3;1;33,3;"));
+    QVERIFY(lines[2].startsWith("Anna;24.11.2026;"));
+    QVERIFY(lines[3].startsWith("\"anna \";25.11.2026;"));
+    QVERIFY(lines[4].startsWith("Ben;"));
+    QVERIFY(lines[5].startsWith("Cem;22.11.2026;11:00;Strebermodus;4;2;50,0;"));
+}
+
+void TestConsoleCommands::overviewRefusesADropBox() {
+#ifdef Q_OS_LINUX
+    // This account may put files into it but neither list nor read it.
+    QTemporaryDir dir;
+    const QString box = dir.filePath("Abgabe");
+    QVERIFY(QDir().mkpath(box));
+    QVERIFY(writeSampleClass(box));
+    QVERIFY(::chmod(QFile::encodeName(box).constData(), 0333) == 0);
+    const ProgramRun r = runProgram(
+        QStringLiteral(LABQUIZ_PROBE),
+        {"--no-override", "--overview", "--", "--auswertung", box, "--csv", dir.filePath("k.csv")},
+        withoutDisplay(dir.filePath("daten")));
+    ::chmod(QFile::encodeName(box).constData(), 0755);
+    QCOMPARE(r.exitCode, 2);
+    QVERIFY2(r.err.contains("lässt sich nicht auflisten"), qPrintable(r.err));
+    QVERIFY(r.err.contains("Abgabeordner"));
+    QVERIFY(!QFileInfo::exists(dir.filePath("k.csv")));
+#else
+    QSKIP("file rights as on Linux");
+#endif
 }
 
 QTEST_MAIN(TestConsoleCommands)

@@ -187,8 +187,13 @@ void TestInstall::debianPackage() {
 
     // Control fields; the dependencies are dpkg-shlibdeps' work, so they
     // name the Qt libraries the program links against, with versions.
-    r = runProgram(QStringLiteral("dpkg-deb"), {QStringLiteral("--field"), deb},
-                   QProcessEnvironment::systemEnvironment());
+    // dpkg-deb's own channels apart: its standard output is parsed.
+    const auto dpkgDeb = [&deb](QStringList arguments) {
+        arguments.insert(1, deb);
+        return runProgram(QStringLiteral("dpkg-deb"), arguments,
+                          QProcessEnvironment::systemEnvironment());
+    };
+    r = dpkgDeb({QStringLiteral("--field")});
     QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.err));
     const QMap<QString, QString> fields = controlFields(r.out);
     QCOMPARE(fields.value(QStringLiteral("Package")), QStringLiteral("laborix-test"));
@@ -214,8 +219,7 @@ void TestInstall::debianPackage() {
 
     // Exactly these files, owned by root, with the modes Debian expects; no
     // tests, benchmarks or screenshot tool.
-    r = runProgram(QStringLiteral("dpkg-deb"), {QStringLiteral("--contents"), deb},
-                   QProcessEnvironment::systemEnvironment());
+    r = dpkgDeb({QStringLiteral("--contents")});
     QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.err));
     QMap<QString, QString> modes;
     for (const QString& line : r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
@@ -229,31 +233,24 @@ void TestInstall::debianPackage() {
         else
             modes.insert(path, cols.at(0));
     }
-    const QMap<QString, QString> expected{
-        {QStringLiteral("/usr/bin/labquiz"), QStringLiteral("-rwxr-xr-x")},
-        {QStringLiteral("/usr/share/applications/de.laborix.LabQuiz.desktop"),
-         QStringLiteral("-rw-r--r--")},
-        {QStringLiteral("/usr/share/icons/hicolor/scalable/apps/de.laborix.LabQuiz.svg"),
-         QStringLiteral("-rw-r--r--")},
-        {QStringLiteral("/usr/share/metainfo/de.laborix.LabQuiz.metainfo.xml"),
-         QStringLiteral("-rw-r--r--")},
-        {QStringLiteral("/usr/share/man/man1/labquiz.1.gz"), QStringLiteral("-rw-r--r--")},
-        {QStringLiteral("/usr/share/doc/laborix-test/copyright"), QStringLiteral("-rw-r--r--")},
-        {QStringLiteral("/usr/share/doc/laborix-test/changelog.Debian.gz"),
-         QStringLiteral("-rw-r--r--")},
-        {QStringLiteral("/etc/xdg/Laborix/LabQuiz.conf"), QStringLiteral("-rw-r--r--")},
-    };
+    // Everything is data but the program.
+    QMap<QString, QString> expected;
+    for (const char* path :
+         {"/usr/share/applications/de.laborix.LabQuiz.desktop",
+          "/usr/share/icons/hicolor/scalable/apps/de.laborix.LabQuiz.svg",
+          "/usr/share/metainfo/de.laborix.LabQuiz.metainfo.xml", "/usr/share/man/man1/labquiz.1.gz",
+          "/usr/share/doc/laborix-test/copyright",
+          "/usr/share/doc/laborix-test/changelog.Debian.gz", "/etc/xdg/Laborix/LabQuiz.conf"})
+        expected.insert(QLatin1String(path), QStringLiteral("-rw-r--r--"));
+    expected.insert(QStringLiteral("/usr/bin/labquiz"), QStringLiteral("-rwxr-xr-x"));
     QCOMPARE(modes, expected);
 
     // The example settings are a conffile, so remove keeps an adapted copy.
-    r = runProgram(QStringLiteral("dpkg-deb"),
-                   {QStringLiteral("--info"), deb, QStringLiteral("conffiles")},
-                   QProcessEnvironment::systemEnvironment());
+    r = dpkgDeb({QStringLiteral("--info"), QStringLiteral("conffiles")});
     QCOMPARE(r.out, QStringLiteral("/etc/xdg/Laborix/LabQuiz.conf\n"));
 
     QTemporaryDir unpacked;
-    r = runProgram(QStringLiteral("dpkg-deb"), {QStringLiteral("--extract"), deb, unpacked.path()},
-                   QProcessEnvironment::systemEnvironment());
+    r = dpkgDeb({QStringLiteral("--extract"), unpacked.path()});
     QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.err));
     const QDir root(unpacked.path());
     const QString program = root.filePath(QStringLiteral("usr/bin/labquiz"));
@@ -295,33 +292,14 @@ void TestInstall::debianPackage() {
                    manEnv);
     QVERIFY2(r.finished && r.exitCode == 0 && r.err.isEmpty(), qPrintable(r.err));
     QVERIFY(r.out.contains(QStringLiteral("labquiz - Selbsttest")));
-    for (const char* word : {"/NEW",
-                             "-DEV",
-                             "--check",
-                             "--auswertung",
-                             "--csv",
-                             "--von",
-                             "--bis",
-                             "--help",
-                             "--version",
-                             "LABQUIZ_DATA",
-                             "LABQUIZ_TASKS",
-                             "LABQUIZ_RESULTS",
-                             "LABQUIZ_PRINT_TO",
-                             "LABQUIZ_DEV_DIR",
-                             "/etc/xdg/Laborix/LabQuiz.conf",
-                             "TaskFolder",
-                             "ResultsFolder",
-                             "labquiz.dat",
-                             "elements.dat",
-                             "names.ini",
-                             "laborix.log",
-                             "Ausgang/",
-                             "Ergebnisse/",
-                             "~/.local/share/Laborix/LabQuiz/",
-                             "Aufgabenordner",
-                             "Ergebnisordner"})
-        QVERIFY2(r.out.contains(QLatin1String(word)), word);
+    const QString words = QStringLiteral(
+        "/NEW -DEV --check --auswertung --csv --von --bis --help --version LABQUIZ_DATA "
+        "LABQUIZ_TASKS LABQUIZ_RESULTS LABQUIZ_PRINT_TO LABQUIZ_DEV_DIR "
+        "/etc/xdg/Laborix/LabQuiz.conf TaskFolder ResultsFolder labquiz.dat elements.dat "
+        "names.ini laborix.log Ausgang/ Ergebnisse/ ~/.local/share/Laborix/LabQuiz/ "
+        "Aufgabenordner Ergebnisordner");
+    for (const QString& word : words.split(u' '))
+        QVERIFY2(r.out.contains(word), qPrintable(word));
 
     // The changelog's latest entry is this package's version.
     const QByteArray changes = gunzip(changelog);
@@ -393,17 +371,18 @@ void TestInstall::usableAsSubproject() {
         QStringLiteral("cmake_minimum_required(VERSION 3.21)\n"
                        "project(Schulrechner LANGUAGES CXX)\n") +
         include +
-        QStringLiteral("if(NOT TARGET labquiz OR TARGET test_app OR TARGET labquiz_bench)\n"
-                       "  message(FATAL_ERROR \"falsche Ziele\")\n"
-                       "endif()\n"
-                       "get_target_property(out labquiz RUNTIME_OUTPUT_DIRECTORY)\n"
-                       "if(out STREQUAL CMAKE_BINARY_DIR)\n"
-                       "  message(FATAL_ERROR \"labquiz landet im Baum des äußeren Projekts\")\n"
-                       "endif()\n"
-                       "get_target_property(defs labquiz_source_data INTERFACE_COMPILE_DEFINITIONS)\n"
-                       "if(NOT defs MATCHES \"LABQUIZ_SOURCE_DATA_DIR=\\\"%1/data\\\"\")\n"
-                       "  message(FATAL_ERROR \"Datenordner falsch: ${defs}\")\n"
-                       "endif()\n")
+        QStringLiteral(
+            "if(NOT TARGET labquiz OR TARGET test_app OR TARGET labquiz_bench)\n"
+            "  message(FATAL_ERROR \"falsche Ziele\")\n"
+            "endif()\n"
+            "get_target_property(out labquiz RUNTIME_OUTPUT_DIRECTORY)\n"
+            "if(out STREQUAL CMAKE_BINARY_DIR)\n"
+            "  message(FATAL_ERROR \"labquiz landet im Baum des äußeren Projekts\")\n"
+            "endif()\n"
+            "get_target_property(defs labquiz_source_data INTERFACE_COMPILE_DEFINITIONS)\n"
+            "if(NOT defs MATCHES \"LABQUIZ_SOURCE_DATA_DIR=\\\"%1/data\\\"\")\n"
+            "  message(FATAL_ERROR \"Datenordner falsch: ${defs}\")\n"
+            "endif()\n")
             .arg(QStringLiteral(LABQUIZ_SOURCE_DIR));
     QFile file(outer.filePath(QStringLiteral("CMakeLists.txt")));
     QVERIFY(file.open(QIODevice::WriteOnly));

@@ -1,22 +1,32 @@
 #include "TestSupport.h"
 #include "controls/BoxLabel.h"
+#include "controls/ButtonEnterKey.h"
 #include "controls/ChoiceList.h"
 #include "controls/FormulaTextLabel.h"
 #include "controls/LabStyle.h"
 #include "controls/Look.h"
 #include "controls/MarkSign.h"
 
+#include <QCheckBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QVBoxLayout>
 
-// The look without style sheets: a role gives its font, a mark goes into the
-// colour the field is really painted with and comes out again completely.
-class TestLook : public QObject {
+// The program's own controls. The look without style sheets: a role gives
+// its font, a mark goes into the colour the field is really painted with and
+// comes out again completely. Enter on a focused button presses it, once the
+// filter sits on the application; other widgets and toggles keep their own
+// handling.
+class TestControls : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { Look::install(); }
+    void initTestCase() {
+        Look::install();
+        ButtonEnterKey::install(QCoreApplication::instance());
+    }
     void roleGivesFont_data();
     void roleGivesFont();
     void markIsPaintedAndCleared_data();
@@ -28,9 +38,32 @@ private Q_SLOTS:
     void contrastRatio();
     void markReadsInGreyscale_data();
     void markReadsInGreyscale();
+    void pressesOnlyPlainButtons_data();
+    void pressesOnlyPlainButtons();
+    void heldKeyPressesOnce();
+    void installsOnce();
 };
 
-void TestLook::roleGivesFont_data() {
+namespace {
+
+// An answer field of this kind, as the pages make them.
+QWidget* makeField(const QString& kind, QWidget* parent) {
+    if (kind == QLatin1String("edit"))
+        return new QLineEdit(QStringLiteral("Na"), parent);
+    if (kind == QLatin1String("label"))
+        return new QLabel(QStringLiteral("Natrium-Ion"), parent);
+    if (kind == QLatin1String("box"))
+        return new BoxLabel(QStringLiteral("Natrium-Ion"), parent);
+    if (kind == QLatin1String("radio"))
+        return new QRadioButton(QStringLiteral("+1"), parent);
+    auto* list = new ChoiceList(parent);
+    list->setChoices({QStringLiteral("Element"), QStringLiteral("Verbindung")});
+    return list;
+}
+
+} // namespace
+
+void TestControls::roleGivesFont_data() {
     QTest::addColumn<QString>("role");
     QTest::addColumn<int>("pixels");
     QTest::addColumn<int>("weight");
@@ -43,7 +76,7 @@ void TestLook::roleGivesFont_data() {
     dataRow("Note", QStringLiteral("certGrade"), 34, int(QFont::ExtraBold), Look::accentDark());
 }
 
-void TestLook::roleGivesFont() {
+void TestControls::roleGivesFont() {
     QFETCH(QString, role);
     QFETCH(int, pixels);
     QFETCH(int, weight);
@@ -58,7 +91,7 @@ void TestLook::roleGivesFont() {
     QCOMPARE(label->palette().color(QPalette::WindowText), colour);
 }
 
-void TestLook::markIsPaintedAndCleared_data() {
+void TestControls::markIsPaintedAndCleared_data() {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QColor>("mark");
     dataRow("Eingabefeld richtig", QStringLiteral("edit"), Look::right());
@@ -68,21 +101,13 @@ void TestLook::markIsPaintedAndCleared_data() {
     dataRow("Optionsfeld richtig", QStringLiteral("radio"), Look::right());
 }
 
-void TestLook::markIsPaintedAndCleared() {
+void TestControls::markIsPaintedAndCleared() {
     QFETCH(QString, kind);
     QFETCH(QColor, mark);
     // The parent's own background must show through again once cleared.
     QWidget parent;
     Look::setFill(&parent, Look::slate());
-    QWidget* field = nullptr;
-    if (kind == QLatin1String("edit"))
-        field = new QLineEdit(&parent);
-    else if (kind == QLatin1String("label"))
-        field = new QLabel(QStringLiteral("Natrium-Ion"), &parent);
-    else if (kind == QLatin1String("box"))
-        field = new BoxLabel(QStringLiteral("Natrium-Ion"), &parent);
-    else
-        field = new QRadioButton(QStringLiteral("+1"), &parent);
+    QWidget* field = makeField(kind, &parent);
     auto painted = [&] {
         if (auto* box = qobject_cast<BoxLabel*>(field))
             return box->shownFill();
@@ -109,7 +134,7 @@ void TestLook::markIsPaintedAndCleared() {
     }
 }
 
-void TestLook::clearingKeepsOwnColours() {
+void TestControls::clearingKeepsOwnColours() {
     QWidget parent;
     auto* word = new QLabel(QStringLiteral("Ja"), &parent);
     Look::setRole(word, QStringLiteral("groupTitle"));
@@ -123,7 +148,7 @@ void TestLook::clearingKeepsOwnColours() {
 }
 
 // What LabStyle paints: a pixel inside the field or button, away from text.
-void TestLook::styleFillsButtonsAndFields() {
+void TestControls::styleFillsButtonsAndFields() {
     QVERIFY(qobject_cast<LabStyle*>(QApplication::style()));
     QWidget parent;
     auto* edit = new QLineEdit(&parent);
@@ -149,7 +174,7 @@ void TestLook::styleFillsButtonsAndFields() {
 
 // A bank text keeps its stored form as the label's text, is drawn with its
 // formulas set, and gets the room the drawn text needs.
-void TestLook::formulaTextKeepsStoredTextAndRoom() {
+void TestControls::formulaTextKeepsStoredTextAndRoom() {
     FormulaTextLabel label;
     Look::setRole(&label, QStringLiteral("prompt"));
     label.setWordWrap(true);
@@ -174,7 +199,7 @@ void TestLook::formulaTextKeepsStoredTextAndRoom() {
     QCOMPARE(label.text(), QString());
 }
 
-void TestLook::contrastRatio_data() {
+void TestControls::contrastRatio_data() {
     QTest::addColumn<QColor>("text");
     QTest::addColumn<QColor>("ground");
     QTest::addColumn<double>("low");
@@ -198,7 +223,7 @@ void TestLook::contrastRatio_data() {
     dataRow("Titel der Urkunde", QColor(0x8a, 0x64, 0x10), QColor(0xff, 0xfd, 0xf6), 4.5, 21.0);
 }
 
-void TestLook::contrastRatio() {
+void TestControls::contrastRatio() {
     QFETCH(QColor, text);
     QFETCH(QColor, ground);
     QFETCH(double, low);
@@ -208,7 +233,7 @@ void TestLook::contrastRatio() {
     QCOMPARE(Look::contrastRatio(ground, text), ratio);
 }
 
-void TestLook::markReadsInGreyscale_data() {
+void TestControls::markReadsInGreyscale_data() {
     QTest::addColumn<QString>("kind");
     dataRow("Eingabefeld", QStringLiteral("edit"));
     dataRow("Kastenbeschriftung", QStringLiteral("box"));
@@ -219,21 +244,10 @@ void TestLook::markReadsInGreyscale_data() {
 // A field marked right and one marked wrong, photographed and turned grey:
 // the dark strokes alone (below the grey of either fill) must differ, and
 // each carries a badge that names its verdict.
-void TestLook::markReadsInGreyscale() {
+void TestControls::markReadsInGreyscale() {
     QFETCH(QString, kind);
-    auto make = [&](QWidget* parent) -> QWidget* {
-        QWidget* w = nullptr;
-        if (kind == QLatin1String("edit"))
-            w = new QLineEdit(QStringLiteral("Na"), parent);
-        else if (kind == QLatin1String("box"))
-            w = new BoxLabel(QStringLiteral("Natrium-Ion"), parent);
-        else if (kind == QLatin1String("radio"))
-            w = new QRadioButton(QStringLiteral("+1"), parent);
-        else {
-            auto* list = new ChoiceList(parent);
-            list->setChoices({QStringLiteral("Element"), QStringLiteral("Verbindung")});
-            w = list;
-        }
+    auto make = [&](QWidget* parent) {
+        QWidget* w = makeField(kind, parent);
         w->setGeometry(0, 0, 140, kind == QLatin1String("list") ? 80 : 32);
         return w;
     };
@@ -282,5 +296,83 @@ void TestLook::markReadsInGreyscale() {
     QVERIFY(rightField->sizeHint().width() <= before.width());
 }
 
-QTEST_MAIN(TestLook)
-#include "test_look.moc"
+void TestControls::pressesOnlyPlainButtons_data() {
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<int>("clicks");
+    const int none = Qt::NoModifier;
+    dataRow("Enter auf Weiter", "Weiter", int(Qt::Key_Return), none, 1);
+    dataRow("Enter des Ziffernblocks", "Weiter", int(Qt::Key_Enter), int(Qt::KeypadModifier), 1);
+    dataRow("Leertaste wie bisher", "Weiter", int(Qt::Key_Space), none, 1);
+    dataRow("Alt+Enter nicht", "Weiter", int(Qt::Key_Return), int(Qt::AltModifier), 0);
+    dataRow("Strg+Enter nicht", "Weiter", int(Qt::Key_Return), int(Qt::ControlModifier), 0);
+    dataRow("andere Taste", "Weiter", int(Qt::Key_A), none, 0);
+    dataRow("gesperrter Knopf", "Gesperrt", int(Qt::Key_Return), none, 0);
+    dataRow("Optionsfeld bleibt", "Option", int(Qt::Key_Return), none, 0);
+    dataRow("Kästchen bleibt", "Kaestchen", int(Qt::Key_Return), none, 0);
+    dataRow("Eingabefeld", "Feld", int(Qt::Key_Return), none, 0);
+}
+
+void TestControls::pressesOnlyPlainButtons() {
+    QFETCH(QString, target);
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(int, clicks);
+
+    QWidget page;
+    auto* layout = new QVBoxLayout(&page);
+    auto add = [&](auto* w, const char* name) {
+        w->setObjectName(QString::fromLatin1(name));
+        layout->addWidget(w);
+        return w;
+    };
+    auto* field = add(new QLineEdit, "Feld");
+    add(new QPushButton(QStringLiteral("&Weiter")), "Weiter");
+    add(new QPushButton(QStringLiteral("Aus")), "Gesperrt")->setEnabled(false);
+    auto* option = add(new QRadioButton(QStringLiteral("Ja")), "Option");
+    auto* box = add(new QCheckBox(QStringLiteral("Kästchen")), "Kaestchen");
+    int pressed = 0;
+    for (auto* b : page.findChildren<QAbstractButton*>())
+        connect(b, &QAbstractButton::clicked, this, [&pressed] { ++pressed; });
+    int returns = 0;
+    connect(field, &QLineEdit::returnPressed, this, [&returns] { ++returns; });
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+
+    QWidget* w = page.findChild<QWidget*>(target);
+    QVERIFY(w);
+    QTest::keyClick(w, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QCOMPARE(pressed, clicks);
+    QVERIFY(!option->isChecked());
+    QVERIFY(!box->isChecked());
+    // An answer field still gets its Enter.
+    QCOMPARE(returns, target == QLatin1String("Feld") ? 1 : 0);
+}
+
+void TestControls::heldKeyPressesOnce() {
+    QPushButton button(QStringLiteral("&OK"));
+    int pressed = 0;
+    connect(&button, &QPushButton::clicked, this, [&pressed] { ++pressed; });
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QKeyEvent first(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(u'\r'), false);
+    QApplication::sendEvent(&button, &first);
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(u'\r'), true);
+        QApplication::sendEvent(&button, &repeat);
+    }
+    QCOMPARE(pressed, 1);
+}
+
+void TestControls::installsOnce() {
+    ButtonEnterKey::install(QCoreApplication::instance());
+    ButtonEnterKey::install(QCoreApplication::instance());
+    QCOMPARE(QCoreApplication::instance()
+                 ->findChildren<ButtonEnterKey*>(QString(), Qt::FindDirectChildrenOnly)
+                 .size(),
+             1);
+}
+
+QTEST_MAIN(TestControls)
+#include "test_controls.moc"

@@ -1,25 +1,176 @@
 #include "ProbeSupport.h"
 #include "TestSupport.h"
+#include "app/AppInfo.h"
 #include "chem/LegacyText.h"
 #include "session/NamesFile.h"
 
-#include <QDir>
+#include <QLockFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QtTest>
 
 #include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
 
-// The program killed (SIGKILL) at random moments while it writes names.ini
-// and laborix.log: afterwards each file is always a whole version, the old
-// or the new one, a killed program's lock never blocks, and the next start
-// reads what is there and goes on from it.
-class TestKillLoop : public QObject {
+// One program per account and machine: of two started at the same moment
+// exactly one runs, two accounts on one folder both run, and a lock nobody
+// holds does not block. The program killed (SIGKILL) at random moments while
+// it writes names.ini and laborix.log: afterwards each file is always a whole
+// version, the old or the new one, a killed program's lock never blocks, and
+// the next start reads what is there and goes on from it.
+class TestKillAndLock : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void twoStartedAtOnce();
+    void lockWithoutOwner_data();
+    void lockWithoutOwner();
+    void computerRoom_data();
+    void computerRoom();
     void filesAreAlwaysOldOrNew();
+
+private:
+    QTemporaryDir m_dir;
 };
+
+namespace {
+
+const QString kRunning = QStringLiteral("Der Laborixtest läuft bereits oder wird noch geladen.");
+
+// The lock a probe on this folder takes, with the account of this process.
+QString lockIn(const QString& folder) {
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("LABQUIZ_DATA"), folder);
+    return AppInfo(CommandLine(), env).lockPath();
+}
+
+} // namespace
+
+void TestKillAndLock::twoStartedAtOnce() {
+    QTemporaryDir dir;
+    // Both stay long enough for the other to have looked at the lock.
+    const QStringList args{QStringLiteral("--stay"), QStringLiteral("3000")};
+    ProbeRun a(dir.path(), args);
+    ProbeRun b(dir.path(), args);
+    a.start();
+    b.start();
+    QVERIFY2(a.finish(), qPrintable(a.transcript()));
+    QVERIFY2(b.finish(), qPrintable(b.transcript()));
+    QVERIFY2(a.exitedCleanly() && b.exitedCleanly(),
+             qPrintable(a.transcript() + u'\n' + b.transcript()));
+    const bool aRuns = a.lines().contains(QStringLiteral("RUNNING"));
+    const bool bRuns = b.lines().contains(QStringLiteral("RUNNING"));
+    QVERIFY2(aRuns != bRuns, qPrintable(a.transcript() + u'\n' + b.transcript()));
+    ProbeRun& loser = aRuns ? b : a;
+    ProbeRun& winner = aRuns ? a : b;
+    QCOMPARE(loser.linesStartingWith(QStringLiteral("NOTICE ")), QStringList{kRunning});
+    QVERIFY(loser.lines().contains(QStringLiteral("ENDED")));
+    QVERIFY2(winner.linesStartingWith(QStringLiteral("NOTICE ")).isEmpty(),
+             qPrintable(winner.transcript()));
+    // The winner let go of the folder when it ended.
+    QVERIFY(!QFile::exists(lockIn(dir.path())));
+}
+
+void TestKillAndLock::lockWithoutOwner_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("ageSeconds");
+    QTest::addColumn<bool>("claimed");
+    // A program killed between creating the lock file and writing its
+    // number into it leaves it empty; nobody can say whose it is.
+    QTest::newRow("leer, alt") << QByteArray() << 60 << true;
+    QTest::newRow("Unsinn, alt") << QByteArray("kein Prozess\n") << 60 << true;
+    // Just made: its owner may be writing its number right now.
+    QTest::newRow("leer, eben angelegt") << QByteArray() << 0 << false;
+}
+
+void TestKillAndLock::lockWithoutOwner() {
+    QFETCH(QByteArray, content);
+    QFETCH(int, ageSeconds);
+    QFETCH(bool, claimed);
+    QTemporaryDir dir;
+    const QString lock = lockIn(dir.path());
+    QVERIFY(writeFile(lock, content));
+    {
+        QFile f(lock);
+        QVERIFY(f.open(QIODevice::ReadWrite));
+        QVERIFY(f.setFileTime(QDateTime::currentDateTime().addSecs(-ageSeconds),
+                              QFileDevice::FileModificationTime));
+    }
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("LABQUIZ_DATA"), dir.path());
+    AppInfo info(CommandLine(), env);
+    QCOMPARE(info.claimInstance(), claimed);
+    QCOMPARE(info.holdsInstance(), claimed);
+    QVERIFY(!info.runsUnlocked());
+
+    // A lock held by a live program always blocks, however old.
+    if (claimed) {
+        info.endSession();
+        QLockFile live(lock);
+        QVERIFY(live.tryLock(0));
+        QFile f(lock);
+        QVERIFY(f.open(QIODevice::ReadWrite));
+        QVERIFY(f.setFileTime(QDateTime::currentDateTime().addSecs(-3600),
+                              QFileDevice::FileModificationTime));
+        AppInfo second(CommandLine(), env);
+        QVERIFY(!second.claimInstance());
+    }
+}
+
+void TestKillAndLock::computerRoom_data() {
+    QTest::addColumn<QString>("second"); // the account of the second student
+    QTest::addColumn<bool>("bothRun");
+    dataRow("zwei Konten", QStringLiteral("ben"), true);
+    dataRow("dasselbe Konto", QStringLiteral("anna"), false);
+}
+
+void TestKillAndLock::computerRoom() {
+    QFETCH(QString, second);
+    QFETCH(bool, bothRun);
+    if (::geteuid() != 0)
+        QSKIP("braucht root: Aufgaben- und Ergebnisordner gehören einem anderen Konto");
+    // One folder shared by the accounts (as a class account's home would
+    // be), the teacher's task folder read-only, the results a drop box.
+    QTemporaryDir dir;
+    QVERIFY(::chmod(QFile::encodeName(dir.path()).constData(), 0755) == 0);
+    const QString personal = dir.filePath(QStringLiteral("home"));
+    const QString tasks = dir.filePath(QStringLiteral("aufgaben"));
+    const QString results = dir.filePath(QStringLiteral("ergebnisse"));
+    for (const QString& folder : {personal, tasks, results})
+        QVERIFY(QDir().mkpath(folder));
+    for (const char* name : {"labquiz.dat", "elements.dat"})
+        QVERIFY(QFile::copy(QStringLiteral(":/data/") + QLatin1String(name),
+                            QDir(tasks).filePath(QLatin1String(name))));
+    for (const auto& [folder, mode] : {std::pair{tasks, 0555}, std::pair{results, 01733}}) {
+        QVERIFY(::chown(QFile::encodeName(folder).constData(), 65534, 65534) == 0);
+        QVERIFY(::chmod(QFile::encodeName(folder).constData(), mode) == 0);
+    }
+    QVERIFY(::chmod(QFile::encodeName(personal).constData(), 0777) == 0);
+    const QStringList args{QStringLiteral("--no-override"), QStringLiteral("--stay"),
+                           QStringLiteral("3000")};
+    ProbeRun a(personal, args);
+    ProbeRun b(personal, args);
+    for (auto& [run, account] : {std::pair{&a, QStringLiteral("anna")}, std::pair{&b, second}}) {
+        run->setEnv(QStringLiteral("USER"), account);
+        run->setEnv(QStringLiteral("LABQUIZ_TASKS"), tasks);
+        run->setEnv(QStringLiteral("LABQUIZ_RESULTS"), results);
+        run->start();
+    }
+    QVERIFY2(a.finish() && b.finish(), qPrintable(a.transcript() + u'\n' + b.transcript()));
+    const int running = int(a.lines().contains(QStringLiteral("RUNNING"))) +
+                        int(b.lines().contains(QStringLiteral("RUNNING")));
+    QCOMPARE(running, bothRun ? 2 : 1);
+    const QStringList notices = a.linesStartingWith(QStringLiteral("NOTICE ")) +
+                                b.linesStartingWith(QStringLiteral("NOTICE "));
+    // The bank came from the task folder, so no notice but the refusal.
+    QCOMPARE(notices, bothRun ? QStringList() : QStringList{kRunning});
+    // Nothing was written into the teacher's folder, nothing of the bank
+    // into the personal one.
+    QCOMPARE(QDir(tasks).entryList(QDir::Files | QDir::Hidden),
+             (QStringList{QStringLiteral("elements.dat"), QStringLiteral("labquiz.dat")}));
+    QVERIFY(!QFile::exists(QDir(personal).filePath(QStringLiteral("labquiz.dat"))));
+}
 
 namespace {
 
@@ -88,7 +239,7 @@ int wholeLog(const QString& path, QString* why) {
 
 } // namespace
 
-void TestKillLoop::filesAreAlwaysOldOrNew() {
+void TestKillAndLock::filesAreAlwaysOldOrNew() {
     QTemporaryDir dir;
     const QString namesPath = dir.filePath(QStringLiteral("names.ini"));
     const QString logPath = dir.filePath(QStringLiteral("laborix.log"));
@@ -188,5 +339,5 @@ void TestKillLoop::filesAreAlwaysOldOrNew() {
     QVERIFY(logBehind > kKills / 20);
 }
 
-QTEST_APPLESS_MAIN(TestKillLoop)
-#include "test_kill_loop.moc"
+QTEST_MAIN(TestKillAndLock)
+#include "test_kill_and_lock.moc"

@@ -1,19 +1,27 @@
 #include "ProbeSupport.h"
 #include "TestSupport.h"
 #include "app/AppInfo.h"
+#include "checker/BankChecker.h"
+#include "chem/ElementTable.h"
 #include "session/AtomicFile.h"
 #include "session/NamesFile.h"
+#include "session/TaskBank.h"
 
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
-// A data folder that takes nothing: read-only, full, or with a names list
-// that cannot be replaced. The test still runs, one notice says that names
-// or results cannot be saved, and nothing on disk changes.
-class TestSaveFaults : public QObject {
+// Data folders the program cannot use as it would like. One that takes
+// nothing (read-only, full, or with a names list that cannot be replaced):
+// the test still runs, one notice says that names or results cannot be
+// saved, and nothing on disk changes. Data files that are no files, or far
+// too large (a 2 GB file, /dev/zero, a FIFO without a writer): every reader
+// refuses them at once with a German reason, and the program starts anyway.
+class TestFileFaults : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void init();
@@ -25,6 +33,8 @@ private Q_SLOTS:
     void atomicWriteSaysWhy_data();
     void atomicWriteSaysWhy();
     void leftoversOfKilledWritesOnly();
+    void hostileFilesAreRefused_data();
+    void hostileFilesAreRefused();
 
 private:
     // A data folder with the shipped files, two names and two log lines.
@@ -36,17 +46,17 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-void TestSaveFaults::init() {
+void TestFileFaults::init() {
     m_dir = std::make_unique<QTemporaryDir>();
     seed();
 }
 
-void TestSaveFaults::cleanup() {
+void TestFileFaults::cleanup() {
     ::chmod(QFile::encodeName(m_dir->path()).constData(), 0755);
     m_dir.reset();
 }
 
-void TestSaveFaults::seed() {
+void TestFileFaults::seed() {
     for (const char* f : {"labquiz.dat", "elements.dat"})
         QVERIFY(QFile::copy(QStringLiteral(LABQUIZ_SOURCE_DATA_DIR "/") + QLatin1String(f),
                             m_dir->filePath(QLatin1String(f))));
@@ -63,7 +73,7 @@ void TestSaveFaults::seed() {
     QVERIFY(writeFile(m_dir->filePath(QStringLiteral("laborix.log")), log));
 }
 
-QMap<QString, QByteArray> TestSaveFaults::snapshot() const {
+QMap<QString, QByteArray> TestFileFaults::snapshot() const {
     QMap<QString, QByteArray> files;
     QDirIterator it(m_dir->path(), QDir::Files | QDir::Hidden | QDir::System);
     while (it.hasNext()) {
@@ -74,7 +84,7 @@ QMap<QString, QByteArray> TestSaveFaults::snapshot() const {
     return files;
 }
 
-void TestSaveFaults::runCandidate(ProbeRun& probe) {
+void TestFileFaults::runCandidate(ProbeRun& probe) {
     probe.start();
     QVERIFY2(probe.finish(), qPrintable(probe.transcript()));
     if (probe.exitCode() == 2)
@@ -85,7 +95,7 @@ void TestSaveFaults::runCandidate(ProbeRun& probe) {
     QCOMPARE(probe.linesStartingWith(QStringLiteral("PAGE ")), QStringList{QStringLiteral("1")});
 }
 
-void TestSaveFaults::candidateRunsAnyway_data() {
+void TestFileFaults::candidateRunsAnyway_data() {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("why"); // how the one notice goes on
@@ -99,7 +109,7 @@ void TestSaveFaults::candidateRunsAnyway_data() {
     dataRow("file size limit", "size", QStringList{"--file-size-limit", "200"} + candidate, "");
 }
 
-void TestSaveFaults::candidateRunsAnyway() {
+void TestFileFaults::candidateRunsAnyway() {
     QFETCH(QString, fault);
     QFETCH(QStringList, args);
     QFETCH(QString, why);
@@ -139,7 +149,7 @@ void TestSaveFaults::candidateRunsAnyway() {
     QCOMPARE(after.keys(), before.keys());
 }
 
-void TestSaveFaults::fullTmpfs() {
+void TestFileFaults::fullTmpfs() {
     // A real full disk needs a small tmpfs, which only a mount namespace of
     // our own may hold.
     QProcess probeNs;
@@ -187,7 +197,7 @@ void TestSaveFaults::fullTmpfs() {
                                  QStringLiteral("names.ini")}));
 }
 
-void TestSaveFaults::logThatCannotBeReadIsKept() {
+void TestFileFaults::logThatCannotBeReadIsKept() {
     const QString log = m_dir->filePath(QStringLiteral("laborix.log"));
     QVERIFY(QFile::remove(log));
     QVERIFY(QFile::link(QStringLiteral("/dev/zero"), log));
@@ -213,7 +223,7 @@ void TestSaveFaults::logThatCannotBeReadIsKept() {
     QVERIFY(names.names().contains(QStringLiteral("Carla")));
 }
 
-void TestSaveFaults::atomicWriteSaysWhy_data() {
+void TestFileFaults::atomicWriteSaysWhy_data() {
     QTest::addColumn<QString>("where");
     QTest::addColumn<bool>("written");
     QTest::addColumn<QString>("why");
@@ -222,7 +232,7 @@ void TestSaveFaults::atomicWriteSaysWhy_data() {
     QTest::newRow("Ziel ist ein Ordner") << "folder" << false << "keine gewöhnliche Datei";
 }
 
-void TestSaveFaults::atomicWriteSaysWhy() {
+void TestFileFaults::atomicWriteSaysWhy() {
     QFETCH(QString, where);
     QFETCH(bool, written);
     QFETCH(QString, why);
@@ -243,7 +253,7 @@ void TestSaveFaults::atomicWriteSaysWhy() {
 
 // Only the temporary files a killed writer left beside names.ini go; a
 // teacher's own copies and the other files stay.
-void TestSaveFaults::leftoversOfKilledWritesOnly() {
+void TestFileFaults::leftoversOfKilledWritesOnly() {
     const QStringList doomed = {QStringLiteral("names.ini.ykQEnm"),
                                 QStringLiteral("names.ini.A1b2C3")};
     const QStringList kept = {
@@ -262,5 +272,124 @@ void TestSaveFaults::leftoversOfKilledWritesOnly() {
         QVERIFY2(QFile::exists(m_dir->filePath(name)), qPrintable(name));
 }
 
-QTEST_MAIN(TestSaveFaults)
-#include "test_save_faults.moc"
+namespace {
+
+// Puts the hostile kind of file at path.
+bool plant(const QString& kind, const QString& path) {
+    const QByteArray name = QFile::encodeName(path);
+    if (kind == QLatin1String("sparse"))
+        return writeFile(path, QByteArray()) && ::truncate(name.constData(), 2LL << 30) == 0;
+    if (kind == QLatin1String("zero"))
+        return QFile::link(QStringLiteral("/dev/zero"), path);
+    return ::mkfifo(name.constData(), 0644) == 0;
+}
+
+// What is on disk at path, to show that nothing was written over it.
+QString stateOf(const QString& path) {
+    struct stat st {};
+    if (::lstat(QFile::encodeName(path).constData(), &st) != 0)
+        return QStringLiteral("fehlt");
+    return QStringLiteral("%1 %2").arg(st.st_mode, 0, 8).arg(st.st_size);
+}
+
+} // namespace
+
+void TestFileFaults::hostileFilesAreRefused_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("reason");
+    dataRow("2 GB", "sparse", "zu groß");
+    dataRow("/dev/zero", "zero", "ein Gerät");
+    dataRow("FIFO", "fifo", "Pipe");
+}
+
+void TestFileFaults::hostileFilesAreRefused() {
+    QFETCH(QString, kind);
+    QFETCH(QString, reason);
+    QTemporaryDir dir;
+    const QStringList files{QStringLiteral("labquiz.dat"), QStringLiteral("elements.dat"),
+                            QStringLiteral("names.ini")};
+    QStringList before;
+    for (const QString& f : files) {
+        QVERIFY(plant(kind, dir.filePath(f)));
+        before << stateOf(dir.filePath(f));
+    }
+    const QString bankPath = dir.filePath(files[0]);
+    const QString elementsPath = dir.filePath(files[1]);
+
+    // Each reader on its own.
+    QElapsedTimer clock;
+    clock.start();
+    const TaskBank bank = TaskBank::LoadTaskBank(bankPath);
+    QVERIFY(!bank.fileRead);
+    QVERIFY2(bank.readProblem.contains(reason), qPrintable(bank.readProblem));
+    QVERIFY(bank.readProblem.contains(QStringLiteral("labquiz.dat")));
+
+    const ElementTable elements = ElementTable::load(elementsPath);
+    QVERIFY(!elements.fileRead());
+    QCOMPARE(elements.count(), 0);
+    QVERIFY2(elements.readProblem().contains(reason), qPrintable(elements.readProblem()));
+
+    NamesFile names(dir.filePath(files[2]));
+    QVERIFY(!names.load());
+    QVERIFY(names.readProblem().refused());
+    QVERIFY(names.names().isEmpty());
+    // What could not be read is not written over.
+    names.addName(QStringLiteral("Anna"));
+    QVERIFY(!names.save());
+    QVERIFY2(names.saveProblem().contains(QStringLiteral("nicht überschrieben")),
+             qPrintable(names.saveProblem()));
+    QCOMPARE(stateOf(dir.filePath(files[2])), before[2]);
+
+    const BankChecker::Report report = BankChecker::checkFiles(bankPath, elementsPath);
+    QCOMPARE(report.exitCode(), 2);
+    QVERIFY(!report.findings.isEmpty());
+    QVERIFY2(report.findings.first().text.contains(reason), qPrintable(report.lines().join(u'\n')));
+    QVERIFY2(clock.elapsed() < 2000, "refusing must not read the files");
+
+    // The whole program on them.
+    ProbeRun probe(dir.path(),
+                   {QStringLiteral("--name"), QStringLiteral("Anna"), QStringLiteral("--pages")});
+    clock.restart();
+    probe.start();
+    QVERIFY2(probe.finish(), qPrintable(probe.transcript()));
+    QVERIFY2(probe.exitedCleanly(), qPrintable(probe.transcript()));
+    QVERIFY2(clock.elapsed() < 15000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(probe.lines().contains(QStringLiteral("RUNNING")), qPrintable(probe.transcript()));
+
+    // One notice names all three files and why each was refused.
+    const QStringList notices = probe.linesStartingWith(QStringLiteral("NOTICE "));
+    QCOMPARE(notices.size(), 1);
+    for (const QString& f : files)
+        QVERIFY2(notices.first().contains(f), qPrintable(notices.first()));
+    QCOMPARE(notices.first().count(reason), 3);
+    QVERIFY(notices.first().contains(QStringLiteral("Neue Namen werden darum nicht gespeichert")));
+
+    // The test goes on, and each task page says what it lacks.
+    QCOMPARE(probe.linesStartingWith(QStringLiteral("PAGE ")), QStringList{QStringLiteral("1")});
+    const QStringList pages = probe.linesStartingWith(QStringLiteral("BANKNOTICE "));
+    QCOMPARE(pages.size(), 10);
+    int built = 0;
+    for (const QString& page : pages) {
+        const QString cls = page.section(u' ', 1, 1);
+        if (cls == QLatin1String("PendingPage"))
+            continue;
+        ++built;
+        QVERIFY2(page.contains(QStringLiteral("Diese Seite kann nicht gestellt werden")) &&
+                     page.contains(QStringLiteral("labquiz.dat")),
+                 qPrintable(page));
+    }
+    QVERIFY(built >= 1);
+
+    for (int i = 0; i < files.size(); ++i)
+        QCOMPARE(stateOf(dir.filePath(files[i])), before[i]);
+
+    // The checker on the command line refuses the bank at once too.
+    ProbeRun check(dir.path(), {QStringLiteral("--check"), bankPath}, QStringLiteral(LABQUIZ_EXE));
+    check.start();
+    QVERIFY2(check.finish(10000), qPrintable(check.transcript()));
+    QCOMPARE(check.exitCode(), 2);
+    QVERIFY2(check.lines().join(u'\n').contains(reason), qPrintable(check.transcript()));
+}
+
+QTEST_MAIN(TestFileFaults)
+#include "test_file_faults.moc"

@@ -1,3 +1,4 @@
+#include "PageSupport.h"
 #include "TestSupport.h"
 #include "pages/IonChargePage.h"
 #include "pages/PageSet.h"
@@ -65,16 +66,6 @@ void inModal(const QString& name, std::function<void(QDialog*)> act) {
         act(dialog);
     });
     timer->start();
-}
-
-// The first of the "*"-joined answers a key accepts.
-QString firstAccepted(const QString& key) {
-    return key.split(u'*', Qt::SkipEmptyParts).value(0).trimmed();
-}
-
-QString focusName() {
-    const QWidget* focus = QApplication::focusWidget();
-    return focus ? focus->objectName() : QStringLiteral("(none)");
 }
 
 void typeIntoFocus(const QString& text) {

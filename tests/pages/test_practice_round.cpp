@@ -175,12 +175,9 @@ void TestPracticeRound::practisesUntilAllRightWithoutTouchingTheTest() {
     TestFlow& flow = main->flow();
     SessionState& s = flow.state();
     startTest(main, QStringLiteral("Anna"));
-    for (int i = 0; i < 3; ++i)
-        child<QLineEdit>(main, QStringLiteral("EleSym(%1)").arg(i))
-            ->setText(i == 1 ? QStringLiteral("xx") : s.DrawnAnswers[i]);
-    for (int i = 0; i < 3; ++i)
-        child<QLineEdit>(main, QStringLiteral("Ele(%1)").arg(i))
-            ->setText(firstAccepted(s.DrawnAnswers[3 + i]));
+    for (int i = 0; i < 6; ++i)
+        child<QLineEdit>(main, QString::fromLatin1(i < 3 ? "EleSym(%1)" : "Ele(%1)").arg(i % 3))
+            ->setText(i == 1 ? QStringLiteral("xx") : firstAccepted(s.DrawnAnswers[i]));
     flow.taskPage(1)->okButton()->click();
     flow.ShowPage(2);
     for (int i = 0; i < 4; ++i)

@@ -207,6 +207,9 @@ void TestTypedPages::walksThePage() {
         QLineEdit* w = f.field(fields[i]);
         QCOMPARE(f.colour(w), marks[i] == u'+' ? Look::right() : Look::wrong());
         QCOMPARE(w->text(), shown.isEmpty() ? typed[i] : shown[i]);
+        // The pages after the first lock what they checked.
+        if (number != 1)
+            QVERIFY(w->isReadOnly());
     }
     QCOMPARE(f.flow.praiseCalls(), 0);
     QVERIFY(!page->okButton()->isVisible());
@@ -249,6 +252,9 @@ void TestTypedPages::drawsFromTheLevel() {
     Fixture f;
     const QSet<QString> basicSet(basic.begin(), basic.end());
     QCOMPARE(f.drawnOver(number, 0, answers, 20), basicSet);
+    // No record twice on one page.
+    const QStringList last = f.drawn(0, answers);
+    QCOMPARE(int(QSet<QString>(last.begin(), last.end()).size()), answers);
     QVERIFY(!basicSet.contains(f.drawnOver(number, 1, answers, 20)));
 }
 

@@ -1,12 +1,19 @@
 // How the task pages judge typed answers, one row per case: numbers read
 // alike on both sides, texts compared exactly or against a list of
 // alternatives, coefficients as leading numbers, and formulas or names
-// against their "|"-separated spellings.
+// against their "|"-separated spellings; and what a screen reader says for
+// a task.
 #include "TestSupport.h"
 #include "pages/AnswerRules.h"
 #include "pages/EquationPage.h"
 #include "pages/NumberAnswer.h"
 #include "pages/SubstancePage.h"
+#include "pages/TaskNames.h"
+
+#include <functional>
+
+using Namer = std::function<QString()>;
+Q_DECLARE_METATYPE(Namer)
 
 class TestAnswerRules : public QObject {
     Q_OBJECT
@@ -19,6 +26,8 @@ private Q_SLOTS:
     void coefficients();
     void substances_data();
     void substances();
+    void namesCarryTheTask_data();
+    void namesCarryTheTask();
 };
 
 void TestAnswerRules::numbers_data() {
@@ -132,6 +141,42 @@ void TestAnswerRules::substances() {
     QFETCH(QString, key);
     QFETCH(bool, right);
     QCOMPARE(SubstancePage::accepts(typed, key), right);
+}
+
+void TestAnswerRules::namesCarryTheTask_data() {
+    // The words of the task with the bank's padding gone, and after checking
+    // the verdict with the right answer.
+    QTest::addColumn<Namer>("namer");
+    QTest::addColumn<QString>("expected");
+    dataRow("Symbol", Namer([] { return TaskNames::symbolFor(u"Arsen   "); }),
+            QStringLiteral("Symbol für Arsen"));
+    dataRow("Name", Namer([] { return TaskNames::nameForSymbol(u" N "); }),
+            QStringLiteral("Name zum Symbol N"));
+    dataRow("Ion", Namer([] { return TaskNames::chargeOf(u"Oxid-Ion            "); }),
+            QStringLiteral("Ladung des Oxid-Ions"));
+    dataRow("kein -Ion", Namer([] { return TaskNames::chargeOf(u"Ammonium"); }),
+            QStringLiteral("Ladung: Ammonium"));
+    dataRow("Koeffizient", Namer([] { return TaskNames::coefficient(1, 2); }),
+            QStringLiteral("Koeffizient 1 in Gleichung 2"));
+    dataRow("Formel mit Tiefstellung", Namer([] { return TaskNames::nameForFormula(u"H2SO4"); }),
+            QStringLiteral("Name zur Formel H\u2082SO\u2084"));
+    dataRow("Ja zu Frage", Namer([] { return TaskNames::choiceFor(u"Ja", 3); }),
+            QStringLiteral("Ja zu Frage 3"));
+    dataRow("richtig", Namer([] { return TaskNames::verdict(true, u"Na"); }),
+            QStringLiteral("richtig"));
+    dataRow("falsch mit Lösung", Namer([] { return TaskNames::verdict(false, u"Natrium   "); }),
+            QStringLiteral("falsch, richtig ist: Natrium"));
+    dataRow("falsch mit Alternativen",
+            Namer([] { return TaskNames::verdict(false, u"*tetra*tetr*"); }),
+            QStringLiteral("falsch, richtig ist: tetra oder tetr"));
+    dataRow("falsch ohne Lösung", Namer([] { return TaskNames::verdict(false, u"  "); }),
+            QStringLiteral("falsch"));
+}
+
+void TestAnswerRules::namesCarryTheTask() {
+    QFETCH(Namer, namer);
+    QFETCH(QString, expected);
+    QCOMPARE(namer(), expected);
 }
 
 QTEST_MAIN(TestAnswerRules)

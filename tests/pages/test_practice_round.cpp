@@ -1,3 +1,4 @@
+#include "PageSupport.h"
 #include "TestSupport.h"
 #include "pages/IonChargePage.h"
 #include "pages/PageSet.h"
@@ -65,16 +66,6 @@ void inModal(const QString& name, std::function<void(QDialog*)> act) {
         act(dialog);
     });
     timer->start();
-}
-
-// The first of the "*"-joined answers a key accepts.
-QString firstAccepted(const QString& key) {
-    return key.split(u'*', Qt::SkipEmptyParts).value(0).trimmed();
-}
-
-QString focusName() {
-    const QWidget* focus = QApplication::focusWidget();
-    return focus ? focus->objectName() : QStringLiteral("(none)");
 }
 
 void typeIntoFocus(const QString& text) {
@@ -184,12 +175,9 @@ void TestPracticeRound::practisesUntilAllRightWithoutTouchingTheTest() {
     TestFlow& flow = main->flow();
     SessionState& s = flow.state();
     startTest(main, QStringLiteral("Anna"));
-    for (int i = 0; i < 3; ++i)
-        child<QLineEdit>(main, QStringLiteral("EleSym(%1)").arg(i))
-            ->setText(i == 1 ? QStringLiteral("xx") : s.DrawnAnswers[i]);
-    for (int i = 0; i < 3; ++i)
-        child<QLineEdit>(main, QStringLiteral("Ele(%1)").arg(i))
-            ->setText(firstAccepted(s.DrawnAnswers[3 + i]));
+    for (int i = 0; i < 6; ++i)
+        child<QLineEdit>(main, QString::fromLatin1(i < 3 ? "EleSym(%1)" : "Ele(%1)").arg(i % 3))
+            ->setText(i == 1 ? QStringLiteral("xx") : firstAccepted(s.DrawnAnswers[i]));
     flow.taskPage(1)->okButton()->click();
     flow.ShowPage(2);
     for (int i = 0; i < 4; ++i)

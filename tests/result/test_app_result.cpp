@@ -1,7 +1,15 @@
+// The result form and what it shows: the grade by the share of right answers
+// (the running mark of the score line and the final grade of the certificate
+// go by the same steps), the certificate and where it is printed, the melody,
+// and the review of every wrong answer with its hint.
 #include "TestSupport.h"
 #include "controls/Mascot.h"
+#include "pages/PageHints.h"
 #include "result/AppResult.h"
+#include "result/CertificatePrinter.h"
 #include "result/FinalGrade.h"
+#include "result/MistakeReview.h"
+#include "session/Grades.h"
 #include "session/SessionState.h"
 
 #include <QElapsedTimer>
@@ -9,6 +17,7 @@
 #include <QImage>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTextBrowser>
 #include <memory>
 
 namespace {
@@ -37,6 +46,14 @@ int pdfPages(const QString& path) {
         return -1;
     static const QRegularExpression page(QStringLiteral("/Type\\s*/Page(?![s\\w])"));
     return int(QString::fromLatin1(pdf).count(page));
+}
+
+PageRecord page(int number, QList<AnswerItem> items) {
+    PageRecord r;
+    r.page = number;
+    r.title = pageTitle(number);
+    r.items = std::move(items);
+    return r;
 }
 
 struct Form {
@@ -75,6 +92,19 @@ private Q_SLOTS:
     void printsOnePageAndComesBack();
     void playsTheMelodyOnce();
     void newExerciseResetsQuitEndsAtOnce();
+    void gradesAtEveryBoundary_data();
+    void gradesAtEveryBoundary();
+    void readsWordsAndMarksStrictly();
+    void certificateSentences();
+    void historyLineForTheLog();
+    void preparesTheWholeResult();
+    void safeCertificateFileNames_data();
+    void safeCertificateFileNames();
+    void choosesWhereThePageGoes();
+    void hintFollowsTheTaskKind_data();
+    void hintFollowsTheTaskKind();
+    void listsMistakesInTestOrder();
+    void saysSoWhenNothingIsWrong();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -90,10 +120,6 @@ void TestAppResult::showsTheCertificateTexts() {
     QCOMPARE(f.form->objectName(), QStringLiteral("frm_AppResult"));
     QVERIFY(f.form->isModal());
     QVERIFY(f.form->windowState() & Qt::WindowMaximized);
-    // The fixed texts stand where they are named; the others are this result's.
-    for (const char* name : {"Label11", "Label12", "Label1", "Titel(0)", "Titel(1)", "Druck",
-                             "CSCmd1", "CSCmd3", "Neute", "Dahinter"})
-        QVERIFY2(f.find(QString::fromLatin1(name)), name);
     QCOMPARE(f.text(QStringLiteral("Textname")), QStringLiteral("Anna Schmidt"));
     QCOMPARE(f.text(QStringLiteral("Texturt(0)")),
              QStringLiteral(" Von  20 Aufgaben wurden  15 richtig gelöst!"));
@@ -144,12 +170,13 @@ void TestAppResult::keepsTheFrameCentred() {
     Form f(15, 20);
     QWidget* frame = f.find(QStringLiteral("Dahinter"));
     f.form->setWindowState(Qt::WindowNoState);
-    f.form->resize(1000, 700);
-    QCOMPARE(frame->pos(), QPoint((1000 - frame->width()) / 2, (700 - frame->height()) / 2));
     // Smaller than the frame: negative offsets, the frame is clipped.
-    f.form->resize(600, 400);
+    for (const QSize size : {QSize(1000, 700), QSize(600, 400)}) {
+        f.form->resize(size);
+        QCOMPARE(frame->pos(), QPoint((size.width() - frame->width()) / 2,
+                                      (size.height() - frame->height()) / 2));
+    }
     QVERIFY(frame->x() < 0 && frame->y() < 0);
-    QCOMPARE(frame->pos(), QPoint((600 - frame->width()) / 2, (400 - frame->height()) / 2));
 }
 
 void TestAppResult::printsOnePageAndComesBack_data() {
@@ -248,6 +275,236 @@ void TestAppResult::newExerciseResetsQuitEndsAtOnce() {
     QVERIFY(!quit.form->isVisible());
     // Nothing is reset on the way out.
     QVERIFY(quit.state.TasksSoFar == 20 && quit.state.ExpertLevel == 1);
+}
+
+void TestAppResult::gradesAtEveryBoundary_data() {
+    QTest::addColumn<int>("correct");
+    QTest::addColumn<int>("tasks");
+    QTest::addColumn<QString>("mark");
+    QTest::addColumn<int>("points");
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<int>("face");
+    QTest::addColumn<bool>("honours");
+    // Each step is reached only above its threshold; a share exactly on it
+    // stays below, in single precision as the program computes it.
+    dataRow("no tasks yet", 0, 0, "6", 0, "ungenügend", 3, false);
+    dataRow("1 of 10 is exactly 0.1", 1, 10, "6", 0, "ungenügend", 3, false);
+    dataRow("just over 0.1", 2, 19, "5-", 1, "mangelhaft minus", 3, false);
+    dataRow("0.2 exactly", 1, 5, "5-", 1, "mangelhaft minus", 3, false);
+    dataRow("0.3 exactly", 3, 10, "5", 2, "mangelhaft", 3, false);
+    dataRow("0.4 exactly", 8, 20, "5+", 3, "mangelhaft plus", 3, false);
+    dataRow("9 of 20 stays below 0.45", 9, 20, "4-", 4, "ausreichend minus", 6, false);
+    dataRow("0.5 exactly", 1, 2, "4", 5, "ausreichend", 6, false);
+    dataRow("0.55 exactly", 11, 20, "4+", 6, "ausreichend plus", 6, false);
+    dataRow("0.6 exactly", 3, 5, "3-", 7, "befriedigend minus", 5, false);
+    dataRow("0.65 exactly", 13, 20, "3", 8, "befriedigend", 5, false);
+    dataRow("two thirds", 2, 3, "3+", 9, "befriedigend plus", 5, false);
+    dataRow("0.7 exactly", 7, 10, "3+", 9, "befriedigend plus", 5, false);
+    dataRow("0.75 exactly", 3, 4, "2-", 10, "gut minus", 1, false);
+    dataRow("0.8 exactly", 4, 5, "2", 11, "gut", 1, false);
+    dataRow("17 of 20 is exactly 0.85", 17, 20, "2+", 12, "gut plus", 1, false);
+    dataRow("just over 0.85", 35, 40, "1-", 13, "sehr gut minus", 2, true);
+    dataRow("18 of 20 is exactly 0.9", 18, 20, "1-", 13, "sehr gut minus", 2, true);
+    dataRow("just over 0.9", 37, 40, "1", 14, "sehr gut", 2, true);
+    dataRow("19 of 20 is exactly 0.95", 19, 20, "1", 14, "sehr gut", 2, true);
+    dataRow("just over 0.95", 39, 40, "1+", 15, "sehr gut plus", 2, true);
+    dataRow("all right", 60, 60, "1+", 15, "sehr gut plus", 2, true);
+}
+
+void TestAppResult::gradesAtEveryBoundary() {
+    QFETCH(int, correct);
+    QFETCH(int, tasks);
+    QFETCH(QString, mark);
+    QFETCH(int, points);
+    QFETCH(QString, word);
+    QFETCH(int, face);
+    QFETCH(bool, honours);
+    const float ratio = Grades::ratio(correct, tasks);
+    QCOMPARE(Grades::runningGrade(ratio), mark);
+    QCOMPARE(FinalGrade::gradeNumber(mark), points);
+    QCOMPARE(FinalGrade::gradeWord(correct, tasks), word);
+    QCOMPARE(FinalGrade::expressionOf(word), face);
+    QCOMPARE(FinalGrade::earnsHonours(ratio), honours);
+}
+
+void TestAppResult::readsWordsAndMarksStrictly() {
+    // The face goes by the grade word in any case; the points by the mark as written.
+    QCOMPARE(FinalGrade::expressionOf("Sehr Gut Plus"), 2);
+    QCOMPARE(FinalGrade::expressionOf("UNGENÜGEND"), 3);
+    for (const char* word : {"gut ", "1+", ""})
+        QCOMPARE(FinalGrade::expressionOf(word), FinalGrade::kNoExpression);
+    for (const char* mark : {"6-", "6+", "7", " 1+", "sehr gut", ""})
+        QCOMPARE(FinalGrade::gradeNumber(mark), 0);
+    QCOMPARE(Grades::markOfStep(99), QStringLiteral("6"));
+}
+
+// The usual sentences are seen on the certificate form (test_app_result).
+void TestAppResult::certificateSentences() {
+    QCOMPARE(FinalGrade::countSentence(-1, 0),
+             QStringLiteral(" Von -1 Aufgaben wurden  0 richtig gelöst!"));
+    QCOMPARE(FinalGrade::levelSentence(7), QStringLiteral("Schwierigkeitsgrad: Hohe Stufe "));
+}
+
+void TestAppResult::historyLineForTheLog() {
+    SessionState s = stateFor(45, 60, 1, QStringLiteral("Jörg Müller"));
+    QCOMPARE(FinalGrade::historyLine(s, QStringLiteral("gut minus"), 10),
+             QStringLiteral("<-  Jörg Müller  60 Aufgaben, 45 richtig, 15 falsch, Stufe hoch, "
+                            "24.03.2003 10:15:02-10:41:37, 10 Notenpunkte - Note: gut minus"));
+    // A name that holds a line break still makes one line of the log.
+    s.CandidateName = QStringLiteral("Anna\nBerta\r");
+    const QString line = FinalGrade::historyLine(s, QStringLiteral("gut"), 11);
+    QVERIFY(line.startsWith(QStringLiteral("<-  Anna Berta   60 Aufgaben")));
+    QVERIFY(!line.contains(u'\n') && !line.contains(u'\r'));
+}
+
+void TestAppResult::preparesTheWholeResult() {
+    SessionState s = stateFor(18, 20);
+    s.RunningGrade = QStringLiteral("6"); // stale: the result goes by the counters
+    const FinalResult r = FinalGrade::prepare(s);
+    QCOMPARE(r.gradeWord, QStringLiteral("sehr gut minus"));
+    QCOMPARE(r.tasks, 20);
+    QCOMPARE(r.correct, 18);
+    QCOMPARE(r.wrong, 2);
+    QCOMPARE(r.level, 0);
+    QCOMPARE(r.gradeNumber, 13); // running mark "1-"
+    QVERIFY(r.historyLine.endsWith(QStringLiteral(" - Note: sehr gut minus")));
+    QVERIFY(r.historyLine.contains(QStringLiteral("Stufe normal")));
+}
+
+void TestAppResult::safeCertificateFileNames_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("date");
+    QTest::addColumn<QString>("file");
+    dataRow("umlauts kept", "Jörg Weiß", "11-02-2024", "Laborix-Urkunde Jörg Weiß 02.11.2024.pdf");
+    dataRow("quotes and slashes", "Anna \"Chemie\" A/B\\C", "03-24-2003",
+            "Laborix-Urkunde Anna Chemie A B C 24.03.2003.pdf");
+    dataRow("reserved characters", "a<b>c:d|e?f*g", "03-24-2003",
+            "Laborix-Urkunde a b c d e f g 24.03.2003.pdf");
+    dataRow("tabs and line breaks", "Anna\t\nBerta", "03-24-2003",
+            "Laborix-Urkunde Anna Berta 24.03.2003.pdf");
+    dataRow("dots at the ends", "..Anna.. ", "03-24-2003", "Laborix-Urkunde Anna 24.03.2003.pdf");
+    dataRow("nothing usable", "///", "03-24-2003", "Laborix-Urkunde 24.03.2003.pdf");
+    dataRow("no date stored", "Anna", "", "Laborix-Urkunde Anna.pdf");
+}
+
+void TestAppResult::safeCertificateFileNames() {
+    QFETCH(QString, name);
+    QFETCH(QString, date);
+    QFETCH(QString, file);
+    QCOMPARE(CertificatePrinter::fileNameFor(name, date), file);
+}
+
+void TestAppResult::choosesWhereThePageGoes() {
+    QTemporaryDir docs;
+    using Kind = CertificatePrinter::Target::Kind;
+    const auto target = [&](const QString& printTo, bool printer) {
+        return CertificatePrinter::chooseTarget(printTo, printer, docs.path(),
+                                                QStringLiteral("Anna"), "03-24-2003");
+    };
+    // The test's file wins over everything.
+    auto t = target(QStringLiteral("/tmp/x.pdf"), true);
+    QVERIFY(t.kind == Kind::PdfFile && t.file == QStringLiteral("/tmp/x.pdf"));
+    QVERIFY(!t.forLackOfPrinter);
+    QCOMPARE(target(QString(), true).kind, Kind::Printer);
+    // Without a printer: the documents folder, and an earlier certificate is kept.
+    t = target(QString(), false);
+    QVERIFY(t.kind == Kind::PdfFile && t.forLackOfPrinter);
+    QCOMPARE(t.file, docs.filePath(QStringLiteral("Laborix-Urkunde Anna 24.03.2003.pdf")));
+    QFile(t.file).open(QIODevice::WriteOnly);
+    QCOMPARE(target(QString(), false).file,
+             docs.filePath(QStringLiteral("Laborix-Urkunde Anna 24.03.2003 (2).pdf")));
+
+    // A very long name, in letters that take two bytes, still gives a name
+    // that every file system takes.
+    const QString longName = QString(200, QChar(u'ä')) + QStringLiteral("😀x");
+    const QString file = CertificatePrinter::fileNameFor(longName, QStringLiteral("03-24-2003"));
+    QVERIFY(file.toUtf8().size() <= 200);
+    QVERIFY(file.startsWith(QStringLiteral("Laborix-Urkunde ää")));
+    QVERIFY(file.endsWith(QStringLiteral("ä 24.03.2003.pdf")));
+    QVERIFY(QFile(docs.filePath(file)).open(QIODevice::WriteOnly));
+    // Cut between the two halves of a surrogate pair would leave broken text.
+    const QString emojis = QString(30, QChar(u'a')) + QStringLiteral("😀").repeated(40);
+    const QString cut = CertificatePrinter::fileNameFor(emojis, QString());
+    QVERIFY(!cut.contains(QChar(QChar::ReplacementCharacter)));
+    QCOMPARE(QString::fromUtf8(cut.toUtf8()), cut);
+    QVERIFY(cut.endsWith(QStringLiteral("😀.pdf")));
+}
+
+// The pages note their tasks in a fixed order; the place of an item decides
+// which diagnosis it gets. Right items never carry a hint.
+void TestAppResult::hintFollowsTheTaskKind_data() {
+    QTest::addColumn<int>("pageNumber");
+    QTest::addColumn<int>("place");
+    QTest::addColumn<QString>("prompt");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("mentions");
+    dataRow("page 1 symbol", 1, 0, "Kalium", "K", "Ca", "Calcium");
+    dataRow("page 1 name", 1, 4, "Fe", "Eisen", "Fe", "Gefragt war der Name");
+    dataRow("page 2 number", 2, 1, "penta", "5", "fünf", "Ziffern");
+    dataRow("page 2 syllable", 2, 3, "4", "tetra", "penta", "steht für 5");
+    dataRow("page 11 formula", 11, 1, "Lithiumoxid", "Li2O", "LiO", "Li⁺");
+    dataRow("page 11 name", 11, 5, "NaCl", "Natriumchlorid", "Chlornatrium", "Metall");
+    dataRow("page 8", 8, 0, "Wasser (H2O)", "18.0", "18.02", "runden");
+    dataRow("page 9", 9, 2, "H2 + O2 = H2O", "2 1 2", "4 2 4", "durch 2");
+    dataRow("page 5", 5, 0, "Natrium-Ion", "+1", "-1", "Vorzeichen");
+    dataRow("page 6", 6, 3, "Luft ist ein Gemisch.", "Ja", "", "Nichts");
+    dataRow("page 6 answered", 6, 3, "Luft ist ein Gemisch.", "Ja", "Nein", "");
+}
+
+void TestAppResult::hintFollowsTheTaskKind() {
+    QFETCH(int, pageNumber);
+    QFETCH(int, place);
+    QFETCH(QString, prompt);
+    QFETCH(QString, expected);
+    QFETCH(QString, given);
+    QFETCH(QString, mentions);
+    QList<AnswerItem> items(place + 2, AnswerItem(prompt, expected, given, true));
+    items[place].right = false;
+    PageRecord r = page(pageNumber, items);
+    PageHints::fill(r, shippedElements());
+    for (int i = 0; i < r.items.size(); ++i) {
+        if (i != place)
+            QVERIFY(r.items[i].hint.isEmpty());
+    }
+    if (mentions.isEmpty())
+        QVERIFY2(r.items[place].hint.isEmpty(), qPrintable(r.items[place].hint));
+    else
+        QVERIFY2(r.items[place].hint.contains(mentions), qPrintable(r.items[place].hint));
+}
+
+void TestAppResult::listsMistakesInTestOrder() {
+    AnswerItem oxide(QStringLiteral("Lithiumoxid"), QStringLiteral("Li2O"), QStringLiteral("LiO"));
+    oxide.hint = QStringLiteral("Es braucht 2 Li⁺ für 1 O²⁻.");
+    const QList<PageRecord> pages = {
+        page(2, {{QStringLiteral("8"), QStringLiteral("octa*okta"), QStringLiteral("okto")},
+                 {QStringLiteral("tri"), QStringLiteral("3"), QStringLiteral("3"), true}}),
+        page(11, {oxide}),
+        page(6, {{QStringLiteral("Luft ist ein Gemisch."), QStringLiteral("Ja"), QString()}})};
+    QCOMPARE(MistakeReview::mistakes(pages), 3);
+    const QString html = MistakeReview::html(pages);
+    const qsizetype syllables = html.indexOf(pageTitle(2));
+    const qsizetype formulas = html.indexOf(pageTitle(11));
+    const qsizetype statements = html.indexOf(pageTitle(6));
+    QVERIFY(syllables >= 0 && syllables < formulas && formulas < statements);
+    QVERIFY(html.contains(QStringLiteral("octa oder okta")));
+    QVERIFY(!html.contains(QStringLiteral(">3<")) && !html.contains(QStringLiteral("tri")));
+    QVERIFY(html.contains(QStringLiteral("<sub>2</sub>")));
+    QVERIFY(html.contains(QStringLiteral("Tipp:")) && html.contains(QStringLiteral("2 Li⁺")));
+    QVERIFY(html.contains(QStringLiteral("keine Antwort")));
+}
+
+void TestAppResult::saysSoWhenNothingIsWrong() {
+    const QList<PageRecord> pages = {
+        page(1, {{QStringLiteral("Natrium"), QStringLiteral("Na"), QStringLiteral("Na"), true}})};
+    MistakeReview review(pages, nullptr, [](QWidget*) {});
+    // Nothing to practise: no "Fehler üben" either.
+    QVERIFY(!review.findChild<QPushButton*>(QStringLiteral("FehlerUeben")));
+    auto* text = review.findChild<QTextBrowser*>(QStringLiteral("MistakeList"));
+    QVERIFY(text);
+    QVERIFY(!text->accessibleName().isEmpty());
+    QVERIFY(text->toPlainText().contains(QStringLiteral("Keine Fehler")));
+    QVERIFY(!text->toPlainText().contains(QStringLiteral("Tipp")));
 }
 
 QTEST_MAIN(TestAppResult)

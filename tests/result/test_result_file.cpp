@@ -1,10 +1,13 @@
 #include "ProbeSupport.h"
 #include "TestSupport.h"
+#include "overview/ResultSamples.h"
+#include "result/JsonTree.h"
 #include "result/ResultFile.h"
 #include "result/ResultRecord.h"
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QThread>
@@ -18,10 +21,19 @@
 // file stays inside its folder; nothing is written over; many writers at
 // once and writers killed half-way leave only whole files; a folder that
 // cannot take it sends the result to the outbox, and the next start hands
-// it in.
+// it in. The JSON reader behind it takes what QJsonDocument takes where it
+// matters, refuses what is cut off or broken, and a result reads back exactly
+// as it was written.
 class TestResultFile : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void agreesWithQtOnValidity_data();
+    void agreesWithQtOnValidity();
+    void stricterThanQt_data();
+    void stricterThanQt();
+    void readsValues();
+    void resultFileReadsBackWhole();
+    void everyCutOfAResultIsRefused();
     void namesStayInsideTheFolder_data();
     void namesStayInsideTheFolder();
     void readingRefusesWhatIsNotAWholeResult_data();
@@ -37,31 +49,19 @@ namespace {
 
 ResultRecord twoPages() {
     ResultRecord r;
-    r.program = QStringLiteral("Laborix Test 3.0");
-    r.machine = QStringLiteral("pc-07");
-    r.candidate = QStringLiteral("Lena Köhler");
+    r.program = "Laborix Test 3.0";
+    r.machine = "pc-07";
+    r.candidate = "Lena Köhler";
     r.started = QDateTime(QDate(2026, 11, 24), QTime(10, 15, 2));
     r.finished = QDateTime(QDate(2026, 11, 24), QTime(10, 41, 37));
-    r.grade = QStringLiteral("gut plus");
+    r.grade = "gut plus";
     r.points = 12;
-    r.bankFile = QStringLiteral("labquiz.dat");
+    r.bankFile = "labquiz.dat";
     r.bankSha256 = QString(64, u'a');
-    AnswerItem wrong(QStringLiteral("Natrium"), QStringLiteral("Na"), QStringLiteral("na"));
-    wrong.hint = QStringLiteral("Symbole beginnen mit einem Großbuchstaben.");
-    r.pages = {
-        {1,
-         pageTitle(1),
-         2,
-         1,
-         {{QStringLiteral("Arsen"), QStringLiteral("As"), QStringLiteral("As"), true}, wrong},
-         {}},
-        {9,
-         pageTitle(9),
-         2,
-         2,
-         {{QStringLiteral("H2 + O2 = H2O"), QStringLiteral("2 1 2"), QStringLiteral("2 1 2"),
-           true}},
-         {}}};
+    AnswerItem wrong("Natrium", "Na", "na");
+    wrong.hint = "Symbole beginnen mit einem Großbuchstaben.";
+    r.pages = {{1, pageTitle(1), 2, 1, {{"Arsen", "As", "As", true}, wrong}, {}},
+               {9, pageTitle(9), 2, 2, {{"H2 + O2 = H2O", "2 1 2", "2 1 2", true}}, {}}};
     r.tasks = 4;
     r.correct = 3;
     return r;
@@ -88,6 +88,108 @@ int wholeResults(const QString& folder, QString* why) {
 }
 
 } // namespace
+
+void TestResultFile::agreesWithQtOnValidity_data() {
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("empty object") << QByteArray("{}");
+    QTest::newRow("blanks around") << QByteArray(" \r\n\t{ } \n");
+    QTest::newRow("byte-order mark") << QByteArray("\xEF\xBB\xBF{\"a\": 1}");
+    QTest::newRow("nesting") << QByteArray(R"({"a": [1, {"b": [true, false, null]}, "x"]})");
+    QTest::newRow("numbers") << QByteArray(R"([0, -0, 12, -3.25, 1e5, 2.5E-3, 6.022e+23])");
+    QTest::newRow("escapes") << QByteArray(R"(["\" \\ \/ \b \f \n \r \t \u00fc \ud83d\ude00"])");
+    QTest::newRow("umlauts") << QByteArray("[\"K\xC3\xB6hler \xE2\x82\xAC \xF0\x9F\x98\x80\"]");
+    QTest::newRow("empty key") << QByteArray(R"({"": 1})");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("only blanks") << QByteArray("  ");
+    QTest::newRow("cut in a text") << QByteArray(R"({"a": "Lena)");
+    QTest::newRow("cut after a comma") << QByteArray(R"({"a": 1,)");
+    QTest::newRow("cut in a literal") << QByteArray(R"({"a": tru)");
+    QTest::newRow("missing colon") << QByteArray(R"({"a" 1})");
+    QTest::newRow("unquoted key") << QByteArray(R"({a: 1})");
+    QTest::newRow("trailing comma") << QByteArray(R"([1, 2,])");
+    QTest::newRow("leading zero") << QByteArray(R"([01])");
+    QTest::newRow("plus sign") << QByteArray(R"([+1])");
+    QTest::newRow("number too large") << QByteArray(R"([1e400])");
+    QTest::newRow("garbage after") << QByteArray(R"({"a": 1} x)");
+    QTest::newRow("two values") << QByteArray(R"({} {})");
+    QTest::newRow("bad UTF-8") << QByteArray("[\"\xC3\x28\"]");
+    QTest::newRow("overlong UTF-8") << QByteArray("[\"\xC0\xAF\"]");
+    QTest::newRow("surrogate in UTF-8") << QByteArray("[\"\xED\xA0\x80\"]");
+    QTest::newRow("past U+10FFFF") << QByteArray("[\"\xF4\x90\x80\x80\"]");
+    QTest::newRow("UTF-8 cut off") << QByteArray("[\"\xE2\x82");
+    QTest::newRow("short unicode escape") << QByteArray(R"(["\u12"])");
+    QTest::newRow("single quotes") << QByteArray(R"(['a'])");
+}
+
+void TestResultFile::agreesWithQtOnValidity() {
+    QFETCH(QByteArray, json);
+    QJsonParseError error;
+    QJsonDocument::fromJson(json, &error);
+    const bool qtTakes = error.error == QJsonParseError::NoError;
+    QCOMPARE(JsonTree::parse(json).has_value(), qtTakes);
+}
+
+void TestResultFile::stricterThanQt_data() {
+    QTest::addColumn<QByteArray>("json");
+    // QJsonDocument lets these pass; no program writes them.
+    QTest::newRow("point without digits") << QByteArray("[1.]");
+    QTest::newRow("digits only after the point") << QByteArray("[.5]");
+    QTest::newRow("unknown escape") << QByteArray(R"(["\x"])");
+    QTest::newRow("nested far too deep") << QByteArray(100, '[') + QByteArray(100, ']');
+}
+
+void TestResultFile::stricterThanQt() {
+    QFETCH(QByteArray, json);
+    QVERIFY(!JsonTree::parse(json));
+}
+
+void TestResultFile::readsValues() {
+    const auto tree = JsonTree::parse(
+        R"({"a": "Na\u00df \"x\"", "n": -2.5e1, "t": true, "f": false, "z": null,
+            "list": [1, [2, 3], {"k": 4}, 5], "a": "zuletzt", "k\u0065y": 7})");
+    QVERIFY(tree);
+    const JsonTree::Value root = tree->root();
+    QVERIFY(root.isObject());
+    QCOMPARE(root.member(QLatin1String("a")).toString(), QStringLiteral("zuletzt"));
+    QCOMPARE(root.member(QLatin1String("n")).toNumber(), -25.0);
+    QVERIFY(root.member(QLatin1String("t")).toBool());
+    QVERIFY(root.member(QLatin1String("f")).isBool());
+    QVERIFY(!root.member(QLatin1String("f")).toBool());
+    QVERIFY(root.member(QLatin1String("z")).isValid());
+    QVERIFY(!root.member(QLatin1String("fehlt")).isValid());
+    QCOMPARE(root.member(QLatin1String("key")).toNumber(), 7.0);
+    const QList<JsonTree::Value> list = root.member(QLatin1String("list")).elements();
+    QCOMPARE(list.size(), 4);
+    QCOMPARE(list[1].elements().size(), 2);
+    QCOMPARE(list[2].member(QLatin1String("k")).toNumber(), 4.0);
+    QCOMPARE(list[3].toNumber(), 5.0);
+    const auto text = JsonTree::parse(R"(["Na\u00df \"x\" \ud83d\ude00 \/"])");
+    QCOMPARE(text->root().elements()[0].toString(), QString::fromUtf8("Naß \"x\" 😀 /"));
+}
+
+void TestResultFile::resultFileReadsBackWhole() {
+    for (ResultRecord r : sampleClass()) {
+        r.bankSha256 = QStringLiteral("ab12");
+        r.pages[0].items[0].hint = QStringLiteral("Groß- und Kleinschreibung: \"Na\"\n");
+        r.candidate += QStringLiteral(" Jörg \t\\ ☺");
+        QString why;
+        const std::optional<ResultRecord> back = ResultRecord::fromJson(r.toJson(), &why);
+        QVERIFY2(back, qPrintable(why));
+        QCOMPARE(back->toJson(), r.toJson());
+        QCOMPARE(back->candidate, r.candidate);
+        QCOMPARE(back->pages[0].items[0].hint, r.pages[0].items[0].hint);
+    }
+}
+
+void TestResultFile::everyCutOfAResultIsRefused() {
+    const QByteArray whole = sampleClass()[2].toJson();
+    for (qsizetype n = 0; n < whole.size(); n += 7) {
+        // Blanks after the closing brace are all a cut may leave out.
+        if (whole.left(n).trimmed() == whole.trimmed())
+            continue;
+        QVERIFY2(!ResultRecord::fromJson(whole.left(n)), qPrintable(QString::number(n)));
+    }
+}
 
 void TestResultFile::namesStayInsideTheFolder_data() {
     QTest::addColumn<QString>("candidate");
@@ -205,9 +307,8 @@ void TestResultFile::unreachableFolderFillsTheOutbox() {
         QVERIFY(writeFile(dir.filePath(QStringLiteral("server")), QByteArray("x")));
     }
     QVERIFY(QDir().mkpath(box));
-    ProbeRun writer(dir.path(), {QStringLiteral("--no-override"), QStringLiteral("--results"),
-                                 results, QStringLiteral("--outbox"), box,
-                                 QStringLiteral("--count"), QStringLiteral("1")});
+    ProbeRun writer(dir.path(),
+                    {"--no-override", "--results", results, "--outbox", box, "--count", "1"});
     writer.start();
     QVERIFY2(writer.finish() && writer.exitedCleanly(), qPrintable(writer.transcript()));
     const QString said = outbox ? QStringLiteral("OUTBOX ") : QStringLiteral("WROTE ");
@@ -234,10 +335,9 @@ void TestResultFile::thirtyWritersAtOnce() {
     std::vector<std::unique_ptr<ProbeRun>> writers;
     for (int i = 0; i < kWriters; ++i) {
         // The same name for all: only machine, process and order keep them apart.
-        writers.push_back(std::make_unique<ProbeRun>(
-            dir.path(), QStringList{QStringLiteral("--results"), results, QStringLiteral("--count"),
-                                    QStringLiteral("1"), QStringLiteral("--at"), go,
-                                    QStringLiteral("--name"), QStringLiteral("Klasse 9b")}));
+        writers.push_back(
+            std::make_unique<ProbeRun>(dir.path(), QStringList{"--results", results, "--count", "1",
+                                                               "--at", go, "--name", "Klasse 9b"}));
         writers.back()->start();
     }
     QThread::msleep(1500); // all loaded and waiting for the same moment
@@ -255,7 +355,7 @@ void TestResultFile::killsLeaveNoBrokenFile() {
     const QString results = dir.filePath(QStringLiteral("Ergebnisse"));
     const quint32 seed = QRandomGenerator::global()->generate();
     QRandomGenerator random(seed);
-    ProbeRun server(dir.path(), {QStringLiteral("--results"), results, QStringLiteral("--server")});
+    ProbeRun server(dir.path(), {"--results", results, "--server"});
     server.start();
     for (int round = 1; round <= kKills; ++round) {
         server.send("go\n");

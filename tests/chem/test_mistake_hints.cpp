@@ -147,7 +147,8 @@ private Q_SLOTS:
             {"water|2.00|0.5|n = m / M", "salt|0.50|2", "gas|0.50|2|V / Vm"});
         add("amount", "-",
             {"salt|0.50|0.05", "gas|0.50|1.61", "water|2.00|2.5", "water|2.00|1.99",
-             "water|2.00|2.01", "gas|0.50|25"});
+             "water|2.00|2.01", "gas|0.50|25",
+             "0 l Sauerstoff im Normzustand (22,4 l/mol)|0.00|0"});
         add("amount", "a-gas", {"water|2.00|1.61|22,4", "salt|0.50|1.30", "oxide|0.25|0.45"});
         add("amount", "a-index",
             {"water|2.00|2.12|2 H-Atome", "16 g Sauerstoff (O2)|0.50|1.00",

@@ -21,7 +21,7 @@
 
 namespace {
 
-// A row of the class table, the way the view shows it.
+// A row of a table or tree, the way the view shows it.
 QStringList texts(const QModelIndex& row) {
     QStringList out;
     for (int c = 0; c < row.model()->columnCount(row.parent()); ++c)
@@ -32,13 +32,6 @@ QStringList texts(const QModelIndex& row) {
 QModelIndex classRow(QTreeView* table, int row, int child = -1) {
     const QModelIndex top = table->model()->index(row, 0);
     return child < 0 ? top : table->model()->index(child, 0, top);
-}
-
-QStringList texts(const QTreeWidgetItem* item) {
-    QStringList out;
-    for (int c = 0; c < item->columnCount(); ++c)
-        out << item->text(c);
-    return out;
 }
 
 QList<qreal> barValues(QChartView* view) {
@@ -116,7 +109,7 @@ private Q_SLOTS:
 
         auto* hard = child<QTreeWidget>(w, "SchwierigsteAufgaben");
         QCOMPARE(hard->topLevelItemCount(), 3);
-        QCOMPARE(texts(hard->topLevelItem(0)),
+        QCOMPARE(texts(hard->model()->index(0, 0)),
                  (QStringList{"Formeln und Namen von Stoffen", "Kohlenstoffmonoxid", "CO", "4", "3",
                               "75,0 %", "„Co“ 2×, keine Antwort 1×"}));
         QVERIFY(child<QLabel>(w, "Stand")->text().startsWith("5 Tests von 3 Namen"));
@@ -169,10 +162,11 @@ private Q_SLOTS:
         QVERIFY(detail->windowTitle().contains("Cem"));
         QTreeWidget* tasks = detail->tasks();
         QCOMPARE(tasks->topLevelItemCount(), 3); // three pages
-        const QTreeWidgetItem* co = tasks->topLevelItem(1)->child(0);
+        const QModelIndex co = tasks->model()->index(0, 0, tasks->model()->index(1, 0));
         QCOMPARE(texts(co).mid(0, 4),
                  (QStringList{"Kohlenstoffmonoxid", "(keine Antwort)", "CO", "✗ falsch"}));
-        QCOMPARE(co->background(3).color(), QColor(255, 0, 0));
+        QCOMPARE(co.siblingAtColumn(3).data(Qt::BackgroundRole).value<QBrush>().color(),
+                 QColor(255, 0, 0));
         QCOMPARE(tasks->topLevelItem(2)->child(0)->text(3), QStringLiteral("✓ richtig"));
         QCOMPARE(tasks->topLevelItem(2)->text(3), QStringLiteral("2 von 2 richtig"));
         // A group row opens nothing.
@@ -180,7 +174,7 @@ private Q_SLOTS:
         Q_EMIT table->activated(classRow(table, 0));
         QVERIFY(!w->findChild<TestDetailDialog*>());
     }
-    void savesTheTableAsShown() {
+    void savesTheTableAsShownAndPrintsTheReport() {
         OverviewWindow* w = open(m_dir->filePath("Ergebnisse"));
         QVERIFY(w);
         child<QTreeView>(w, "Klassentabelle")->sortByColumn(6, Qt::DescendingOrder);
@@ -198,16 +192,13 @@ private Q_SLOTS:
         // Cancelled: nothing written.
         w->setCsvChooser([](const QString&) { return QString(); });
         QVERIFY(!w->saveTable());
-    }
-    void printsTheReport() {
-        OverviewWindow* w = open(m_dir->filePath("Ergebnisse"));
-        QVERIFY(w);
+
         const QString pdf = m_dir->filePath("bericht.pdf");
         qputenv("LABQUIZ_PRINT_TO", pdf.toLocal8Bit());
         QVERIFY(w->printReport());
-        QFile file(pdf);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(file.readAll().startsWith("%PDF"));
+        QFile report(pdf);
+        QVERIFY(report.open(QIODevice::ReadOnly));
+        QVERIFY(report.readAll().startsWith("%PDF"));
         // Five tests, two charts and three tasks fit on one page or two.
         const QString status = child<QLabel>(w, "Stand")->text();
         QVERIFY2(status.contains(QRegularExpression("Bericht \\((1 Seite|2 Seiten)\\).*als PDF")),

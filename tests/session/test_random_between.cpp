@@ -24,7 +24,7 @@ private Q_SLOTS:
         QCOMPARE(int(seen.size()), 6);
         QVERIFY(!seen.count(3));
     }
-    void scalesTheDrawAsSpecified() {
+    void scalesTheDrawToItsRange() {
         // n = whole part of (max + 1) * r, then clamped to 1..max.
         FixedRandomSource source({0.0, 0.19, 0.2, 0.5, 0.999999});
         QCOMPARE(RandomBetween(source, 4), 1); // 0   -> 0 -> 1

@@ -93,7 +93,7 @@ private Q_SLOTS:
         writeBytes(dir.filePath("datei"), "x");
         QVERIFY(ResultFolder::read(dir.filePath("datei")).problem.contains("kein Ordner"));
         // The drop box, which only root could read anyway, is shown by
-        // test_overview_command with root's override dropped.
+        // test_console_commands with root's override dropped.
         QString why;
         QVERIFY(!ResultFolder::readFile(QStringLiteral("/nonexistent/folder/x.json"), &why));
         QCOMPARE(why, QStringLiteral("verschwunden, während der Ordner gelesen wurde"));

@@ -39,6 +39,8 @@ private Q_SLOTS:
         dataRow("Hydrat ohne Klammern", "Wie viel mol sind 250 g CuSO4·5H2O" + two, "250",
                 "CuSO4·5H2O", 2);
         dataRow("ohne Formel", "Wie viel mol sind 10 g Gold" + two, "10", "Gold", 2);
+        dataRow("Stellen als Ziffer",
+                "Wie viel mol sind 10 g Gold? (auf 3 Nachkommastellen runden)", "10", "Gold", 3);
     }
     void readsQuestions() {
         QFETCH(QString, question);

@@ -20,6 +20,13 @@
 
 namespace {
 
+QStringList labelTexts(const QWidget* page) {
+    QStringList texts;
+    for (const QLabel* l : page->findChildren<QLabel*>())
+        texts << l->text();
+    return texts;
+}
+
 // Term and definition; the first eight are basic entries.
 const QStringList kDefinitions{
     "Atom",        "Kleinstes Teilchen eines Elements.",
@@ -590,7 +597,10 @@ void TestChoicePages::smallBanksGetTheNotice_data() {
     QTest::addColumn<QList<int>>("refused"); // pages that show the notice
     QTest::addColumn<QString>("reason");
     using P = QList<int>;
-    dataRow("three basic definitions", kDefinitions, 3, kIons, false, P{3, 4}, "nur 3 Einträge");
+    dataRow("three basic definitions", kDefinitions, 3, kIons, false, P{3, 4},
+            "für die normale Stufe nur 3 Einträge");
+    dataRow("three definitions in all, expert level", kDefinitions.mid(0, 6), 3, kIons, true,
+            P{3, 4}, "insgesamt nur 3 Einträge");
     dataRow("nine different definitions", kDefinitions.mid(0, 18), 8, kIons, false, P{3},
             "nur 9 verschiedene Erklärungen");
     QStringList badIons = kIons;
@@ -614,9 +624,12 @@ void TestChoicePages::smallBanksGetTheNotice() {
     QFETCH(QString, reason);
     Fixture f(choiceBank(definitions, basicDefinitions, ions));
     f.state().ExpertLevel = expert ? 1 : 0;
+    const QStringList headings{" 3 Definitionen (Was ist ...?)", " 4 Chemische Begriffe suchen",
+                               " 4 Bevorzugte Ladungszahl der Ionen"};
     for (int page : {3, 4, 5}) {
         TaskPage* p = f.flow.taskPage(page);
         f.flow.ShowPage(page);
+        QVERIFY(labelTexts(p).contains(headings[page - 3]));
         const QString notice = p->bankNotice();
         QCOMPARE(!notice.isEmpty(), refused.contains(page));
         QCOMPARE(p->okButton()->isVisible(), notice.isEmpty());
@@ -630,6 +643,8 @@ void TestChoicePages::smallBanksGetTheNotice() {
 
 void TestChoicePages::pairsOfYesAndNo() {
     StatementFixture f;
+    const QStringList labels = labelTexts(f.page);
+    QVERIFY(labels.contains("6 Verständnisfragen") && labels.contains("(Antwort anklicken!)"));
     const QColor black = Look::paletteColour(0);
     const QColor yellow = Look::paletteColour(14);
     for (int i = 0; i < ComprehensionPage::kChoices; ++i) {

@@ -123,7 +123,8 @@ void TestTypedPages::walksThePage_data() {
     QTest::addColumn<QString>("marks");     // + right, - wrong
     QTest::addColumn<int>("praise");        // praised with, all right the second time
     QTest::addColumn<QStringList>("headings");
-    QTest::addColumn<QStringList>("tabs"); // where Tab goes from the first field
+    QTest::addColumn<QStringList>("tabs");  // where Tab goes from the first field
+    QTest::addColumn<QStringList>("names"); // how a screen reader names each field, up to its task
     using L = QStringList;
     using I = QList<int>;
     // Page 1 judges its praise by the whole test's count, so a second,
@@ -133,29 +134,34 @@ void TestTypedPages::walksThePage_data() {
             L{" Na ", "fe", "Cl", "Jod", "Kalk", "Kupfer"},
             L{" Na ", "fe - Richtig ist: Fe", "Cl", "Jod",
               "Kalk - Richtig ist: Calcium oder Kalzium", "Kupfer"},
-            QString("+-++-+"), 0, L{" 3 Elementsymbole", " 3 Namen der Elemente"}, L{});
+            QString("+-++-+"), 0, L{" 3 Elementsymbole", " 3 Namen der Elemente"}, L{}, L{});
     // Numbers are compared exactly; four right earn the praise even after
     // mistakes on earlier pages.
     dataRow("number syllables", 2, fieldsOf("Zahl", 4), I{}, L{"2", "10", "octa*okta", "tri"},
             L{" 2 ", "010", "okta", "Tri"},
             L{" 2 ", "010 - richtig ist: 10", "okta", "Tri - richtig ist: tri"}, QString("+-+-"), 2,
-            L{" 2 Zahlen", " 2 Zahlsilben"}, L{});
+            L{" 2 Zahlen", " 2 Zahlsilben"}, L{},
+            L{"Zahl zur Zahlsilbe ", "Zahl zur Zahlsilbe ", "Zahlsilbe zur Zahl ",
+              "Zahlsilbe zur Zahl "});
     dataRow("a wrong syllable shows the stored list", 2, fieldsOf("Zahl", 4), I{},
             L{"1", "2", "*octa*okta*", "tri"}, L{"1", "2", "acht", "tri"},
-            L{"1", "2", "acht - richtig ist: *octa*okta*", "tri"}, QString("++-+"), 2, L{}, L{});
+            L{"1", "2", "acht - richtig ist: *octa*okta*", "tri"}, QString("++-+"), 2, L{}, L{},
+            L{});
     dataRow("molar masses", 8, fieldsOf("Mol", 4), I{}, L{" 58.4", " 58.4", " 58.4", " 58.4"},
             L{"58,4 g", "58.40", "58", "58.44"},
             L{"58,4 g", "58.40", "58 - richtig ist:  58.4", "58.44 - richtig ist:  58.4"},
             QString("++--"), 7, L{"Stoff", "Formel", "Molare Masse in g/mol"},
             L{"Mol(0)", "but_Calc(0)", "Mol(1)", "but_Calc(1)", "Mol(2)", "but_Calc(2)", "Mol(3)",
-              "but_Calc(3)"});
+              "but_Calc(3)"},
+            L{});
     dataRow("substances", 11, fieldsOf("Substein", 6), I{1, 2, 3, 4, 5, 6}, L{},
             L{"NaCl", "CaCl", " CuSO4 ", "Calciumhydroxid", "aluminiumoxid", "Eisen(III)chlorid"},
-            L{}, QString("+-++-+"), 11, L{" 3 Formeln der Stoffe", " 3 Namen der Stoffe"}, L{});
+            L{}, QString("+-++-+"), 11, L{" 3 Formeln der Stoffe", " 3 Namen der Stoffe"}, L{},
+            L{});
     dataRow("amounts", 12, fieldsOf("Stoffm", 5), I{}, L{"0.5", "0.5", "0.5", "0.25", "0.5"},
             L{" 0,50 ", "5E-1", ".5", "2", "1/2"},
             L{" 0,50 ", "5E-1", ".5", "2 - richtig ist: 0.25", "1/2 - richtig ist: 0.5"},
-            QString("+++--"), 12, L{}, L{});
+            QString("+++--"), 12, L{}, L{}, L{});
 }
 
 void TestTypedPages::walksThePage() {
@@ -169,6 +175,7 @@ void TestTypedPages::walksThePage() {
     QFETCH(int, praise);
     QFETCH(QStringList, headings);
     QFETCH(QStringList, tabs);
+    QFETCH(QStringList, names);
     Fixture f;
     TaskPage* page = f.flow.taskPage(number);
     SessionState& s = f.state();
@@ -185,6 +192,8 @@ void TestTypedPages::walksThePage() {
             labels << l->text();
     for (const QString& heading : headings)
         QVERIFY2(labels.contains(heading), qPrintable(heading));
+    for (int i = 0; i < names.size(); ++i)
+        QVERIFY2(f.field(fields[i])->accessibleName().startsWith(names[i]), qPrintable(fields[i]));
     QCOMPARE(focusName(), fields.first());
     QVERIFY(f.enterWalk(fields));
     if (!tabs.isEmpty()) {

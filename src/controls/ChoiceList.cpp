@@ -84,11 +84,15 @@ public:
         if (found == m_heights.cend()) {
             if (m_heights.size() > 4000)
                 m_heights.clear();
-            QTextDocument doc;
-            layOut(doc, opt.text, opt.font, width);
-            found = m_heights.insert(key, static_cast<int>(std::ceil(doc.size().height())));
+            found = m_heights.insert(key, textHeight(opt.text, opt.font, width));
         }
         return {width, found.value() + 2 * padY(opt.widget) + 1};
+    }
+
+    static int textHeight(const QString& text, const QFont& font, int width) {
+        QTextDocument doc;
+        layOut(doc, text, font, width);
+        return static_cast<int>(std::ceil(doc.size().height()));
     }
 
 private:
@@ -153,9 +157,19 @@ void ChoiceList::setShowAll(bool all) {
 }
 
 int ChoiceList::allRowsHeight() const {
-    int height = 2 * frameWidth();
+    const QMargins margins = viewportMargins();
+    int height = 2 * frameWidth() + margins.top() + margins.bottom();
     for (int row = 0; row < count(); ++row)
         height += sizeHintForRow(row);
+    return height;
+}
+
+int ChoiceList::markedHeight() const {
+    const int width = this->width() - 2 * frameWidth() - kMarkInset - MarkSign::kRoom;
+    int height = 2 * frameWidth() + 2 * kMarkInset;
+    for (int row = 0; row < count(); ++row)
+        height +=
+            WrappingDelegate::textHeight(item(row)->text(), font(), width) + 2 * padY(this) + 1;
     return height;
 }
 
@@ -185,7 +199,8 @@ void ChoiceList::setMark(const QColor& colour) {
     // The tick or cross sits in a strip of its own beside the items, so it
     // never covers an item's text.
     if (colour.isValid()) {
-        setViewportMargins(0, 0, MarkSign::kRoom, 0);
+        // The inset keeps the heavy border of a wrong list off the text.
+        setViewportMargins(kMarkInset, kMarkInset, MarkSign::kRoom, kMarkInset);
         MarkSign::attach(this, Look::isRight(colour), true);
         fitAll();
     } else {
@@ -212,12 +227,6 @@ void ChoiceList::paintEvent(QPaintEvent* event) {
         painter.setPen(QPen(Look::accent(), 2));
         painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
     }
-    if (m_mark.isValid() && !Look::isRight(m_mark)) {
-        // A wrong list also has a heavy dark border inside its edge.
-        QPainter painter(viewport());
-        painter.setPen(QPen(Qt::black, 3));
-        painter.drawRect(QRectF(viewport()->rect()).adjusted(1.5, 1.5, -1.5, -1.5));
-    }
 }
 
 void ChoiceList::focusInEvent(QFocusEvent* event) {
@@ -233,12 +242,22 @@ void ChoiceList::focusOutEvent(QFocusEvent* event) {
 bool ChoiceList::event(QEvent* event) {
     // The strip beside the viewport is the list's own: it takes the mark
     // colour, so the badge stands on the field it marks.
-    if (event->type() == QEvent::Paint && m_mark.isValid()) {
+    if (event->type() != QEvent::Paint || !m_mark.isValid())
+        return QListWidget::event(event);
+    {
         QPainter painter(this);
         painter.fillRect(rect().adjusted(frameWidth(), frameWidth(), -frameWidth(), -frameWidth()),
                          m_mark);
     }
-    return QListWidget::event(event);
+    const bool done = QListWidget::event(event);
+    if (!Look::isRight(m_mark)) {
+        // A wrong list also has a heavy dark border around its items.
+        QPainter painter(this);
+        painter.setPen(QPen(Qt::black, kMarkInset));
+        const qreal half = kMarkInset / 2.0;
+        painter.drawRect(QRectF(viewport()->geometry()).adjusted(-half, -half, half, half));
+    }
+    return done;
 }
 
 QString ChoiceList::chosenText() const {

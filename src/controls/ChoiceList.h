@@ -34,6 +34,9 @@ public:
     // scrolling; it follows the items and the width.
     void setShowAll(bool all);
     int allRowsHeight() const;
+    // The same once the list is marked at its present width (the badge and
+    // the border take room): a page can choose a text size beforehand.
+    int markedHeight() const;
 
     // Typing the first letters chooses the first item that begins so. Qt
     // would start after the current item; an item made current only by the
@@ -45,6 +48,9 @@ public:
     // "markColour", as Look keeps it for other fields.
     void setMark(const QColor& colour);
     QColor mark() const { return m_mark; }
+    // Room a marked list keeps around its items for the heavy border of a
+    // wrong mark (left, top and bottom; the right side holds the badge).
+    static constexpr int kMarkInset = 3;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

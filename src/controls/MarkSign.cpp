@@ -2,6 +2,7 @@
 
 #include "controls/Look.h"
 
+#include <QAbstractScrollArea>
 #include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -48,7 +49,10 @@ void MarkSign::detach(QWidget* field) {
 
 void MarkSign::place() {
     const QWidget* field = parentWidget();
-    const int x = field->width() - kSize - kInset;
+    int x = field->width() - kSize - kInset;
+    // A list's strip lies between its items and its scroll bar.
+    if (const auto* area = qobject_cast<const QAbstractScrollArea*>(field))
+        x = area->viewport()->geometry().right() + 1 + (kRoom - kSize) / 2;
     const int y = m_top ? kInset : (field->height() - kSize) / 2;
     move(qMax(0, x), qMax(0, y));
 }

@@ -9,9 +9,9 @@
 #include "session/TestFlow.h"
 #include "session/TextRules.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLayout>
 #include <QPushButton>
 #include <QSet>
 #include <QTimer>
@@ -26,24 +26,21 @@ DefinitionPage::DefinitionPage(TestFlow& flow, QWidget* parent) : TaskPage(flow,
     setHeading(QStringLiteral(" 3 Definitionen (Was ist ...?)"),
                QStringLiteral("Definitionen zu den vorgegeben Begriffen anklicken!"));
     QGridLayout* g = grid();
-    // A narrow column for the terms leaves the lists wide enough that most
-    // definitions take one line, so all seven of each list show at once.
-    g->setColumnMinimumWidth(0, 150);
-    g->setVerticalSpacing(6);
-    g->setColumnStretch(1, 1);
+    // Three columns, each term above its list: side by side, the seven
+    // wrapped definitions of all three lists fit the card at once.
+    g->setVerticalSpacing(4);
     QList<QWidget*> lists;
     for (int i = 0; i < kQuestions; ++i) {
         m_terms[i] = makeNamed(QStringLiteral("AnzS3(%1)").arg(i), "prompt");
-        m_terms[i]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        m_terms[i]->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
         m_terms[i]->setWordWrap(true);
-        m_terms[i]->setContentsMargins(0, 6, 0, 0);
-        m_terms[i]->setMaximumWidth(160);
         m_lists[i] = new ChoiceList(this);
         m_lists[i]->setObjectName(QStringLiteral("Auswahl(%1)").arg(i));
         m_lists[i]->setRowPadding(2);
-        m_lists[i]->installEventFilter(this);
-        g->addWidget(m_terms[i], i, 0);
-        g->addWidget(m_lists[i], i, 1);
+        m_terms[i]->setBuddy(m_lists[i]);
+        g->addWidget(m_terms[i], 0, i);
+        g->addWidget(m_lists[i], 1, i, Qt::AlignTop);
+        g->setColumnStretch(i, 1);
         lists << m_lists[i];
     }
     chainEnter(lists, [](int i) { return (i + 1) % kQuestions; });
@@ -154,51 +151,47 @@ void DefinitionPage::draw() {
         state().DrawnAnswers[i] = d.answers[i];
     }
     m_lists[0]->setFocus();
-    open(0);
+    fitLists();
     // Once the page is laid out, the room below the lists is known.
-    QTimer::singleShot(0, this, [this] { open(m_open); });
+    QTimer::singleShot(0, this, [this] { fitLists(); });
 }
 
-void DefinitionPage::open(int list) {
-    m_open = list;
-    // The room from the first list down to the buttons.
+int DefinitionPage::textSizeFor(const std::function<int(int)>& tallestAt, int room) {
+    for (int size : kTextSizes)
+        if (tallestAt(size) <= room)
+            return size;
+    return kTextSizes.back();
+}
+
+void DefinitionPage::fitLists() {
+    if (QLayout* l = layout())
+        l->activate();
     const int top = m_lists[0]->mapTo(this, QPoint()).y();
     const int room = okButton()->mapTo(this, QPoint()).y() - 14 - top;
-    const int spacing = grid()->verticalSpacing();
-    int allOpen = (kQuestions - 1) * spacing;
-    for (ChoiceList* l : m_lists)
-        allOpen += l->allRowsHeight();
-    const bool fitsOpen = room > 0 && allOpen <= room;
-    // Folded lists share what the open one leaves, two rows at least.
-    const int folded = room > 0
-                           ? (room - m_lists[list]->allRowsHeight() - (kQuestions - 1) * spacing) /
-                                 (kQuestions - 1)
-                           : 0;
-    for (int i = 0; i < kQuestions; ++i) {
-        ChoiceList* l = m_lists[i];
-        l->setShowAll(fitsOpen || i == list);
-        if (fitsOpen || i == list)
-            continue;
-        const int rows = std::min(2, l->count());
-        int height = 2 * l->frameWidth();
-        for (int row = 0; row < rows; ++row)
-            height += l->sizeHintForRow(row);
-        l->setFixedHeight(std::min(l->allRowsHeight(), std::max({height, folded, 40})));
-        const QList<QListWidgetItem*> chosen = l->selectedItems();
-        if (!chosen.isEmpty())
-            l->scrollToItem(chosen.first(), QAbstractItemView::PositionAtTop);
-        else
-            l->scrollToTop();
+    if (room <= 0 || m_lists[0]->width() <= 0)
+        return;
+    // Measured as the lists will be once checked, with the strip for the
+    // tick or cross taken from their width, so checking never makes a list
+    // scroll that did not before.
+    auto tallestAt = [this](int size) {
+        int tallest = 0;
+        for (ChoiceList* list : m_lists) {
+            QFont f = list->font();
+            f.setPixelSize(size);
+            list->setFont(f);
+            tallest = std::max(tallest, list->markedHeight());
+        }
+        return tallest;
+    };
+    const int size = textSizeFor(tallestAt, room);
+    const bool fits = tallestAt(size) <= room;
+    for (ChoiceList* list : m_lists) {
+        // A bank with longer definitions than the card holds scrolls rather
+        // than cutting text.
+        list->setShowAll(fits);
+        if (!fits)
+            list->setFixedHeight(room);
     }
-}
-
-bool DefinitionPage::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusIn) {
-        for (int i = 0; i < kQuestions; ++i)
-            if (watched == m_lists[i] && i != m_open)
-                open(i);
-    }
-    return TaskPage::eventFilter(watched, event);
 }
 
 bool DefinitionPage::judge(Marking& marking) {
@@ -229,6 +222,8 @@ bool DefinitionPage::judge(Marking& marking) {
             list->scrollToItem(list->item(std::max(j, found)));
         }
     }
+    // An arrow makes a wrong choice a little longer.
+    fitLists();
     return marking.rightOnPage() == kQuestions;
 }
 

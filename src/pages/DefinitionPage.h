@@ -42,6 +42,11 @@ public:
     // Different definition texts of the whole table.
     static int distinctDefinitions(const BankTable<DefinitionRecord>& table);
 
+    // Text sizes of the lists in pixels, largest first: the largest at which
+    // the tallest list fits the room is used, else the smallest.
+    static constexpr std::array<int, 3> kTextSizes{13, 12, 11};
+    static int textSizeFor(const std::function<int(int)>& tallestAt, int room);
+
 protected:
     QList<Need> needs() const override;
     QString extraBankProblem() const override;
@@ -50,15 +55,12 @@ protected:
     void draw() override;
     bool judge(Marking& marking) override;
     QList<QWidget*> taskWidgets(int item) const override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    // The list being worked in shows all seven definitions; the others
-    // fold to two rows with their choice on top. Three open lists of seven
-    // wrapped definitions are taller than the card.
-    void open(int list);
+    // Chooses the lists' text size so that all seven definitions of every
+    // list show without scrolling.
+    void fitLists();
 
     std::array<QLabel*, kQuestions> m_terms{};
     std::array<ChoiceList*, kQuestions> m_lists{};
-    int m_open = 0;
 };

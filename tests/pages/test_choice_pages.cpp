@@ -15,6 +15,7 @@
 
 #include <QListWidget>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSet>
 #include <set>
 
@@ -401,13 +402,9 @@ void TestChoicePages::definitionPage() {
         QVERIFY(rowOf(lists[i], s.DrawnAnswers[i]) >= 0);
         QVERIFY(lists[i]->selectedItems().isEmpty());
     }
-    // The list in work shows all seven definitions; the focus opens another.
-    for (int i : {0, 2}) {
-        lists[i]->setFocus();
-        QTRY_COMPARE(rowsInView(lists[i]), 7);
-    }
-    lists[0]->setFocus();
-    QTRY_COMPARE(rowsInView(lists[0]), 7);
+    // All seven definitions of every list show at once, on the card's size.
+    for (QListWidget* l : lists)
+        QTRY_COMPARE(rowsInView(l), 7);
     // The focus makes an item current, but a current item is no answer.
     QCOMPARE(QApplication::focusWidget(), lists[0]);
     QVERIFY(f.enterWalk({"Auswahl(0)", "Auswahl(1)", "Auswahl(2)"}));
@@ -439,6 +436,9 @@ void TestChoicePages::definitionPage() {
     QCOMPARE(selectedText(lists[1]), s.DrawnAnswers[1]);
     // Nothing chosen (a current item is no choice): the right one selected.
     QCOMPARE(selectedText(lists[2]), s.DrawnAnswers[2]);
+    // The badge and the arrow take room, yet nothing needs scrolling.
+    for (QListWidget* l : lists)
+        QTRY_COMPARE(rowsInView(l), 7);
     QCOMPARE(f.flow.praiseCalls(), 0);
 
     // Shown again: emptied first, unmarked and enabled.
@@ -455,6 +455,23 @@ void TestChoicePages::definitionPage() {
     f.page->okButton()->click();
     QCOMPARE(s.CorrectSoFar, 4);
     QCOMPARE(f.flow.lastPraise(), 3);
+
+    // Definitions all as long as the bank allows: the text gets smaller, and
+    // what still does not fit scrolls above the buttons instead of being cut.
+    QStringList longTexts = tenTexts();
+    for (QString& t : longTexts)
+        t = t.leftJustified(119, u'x') + u'.';
+    Fixture tall(definitionBank(longTexts));
+    tall.flow.ShowPage(3);
+    const int okTop = tall.page->okButton()->mapTo(tall.page, QPoint()).y();
+    for (int i = 0; i < 3; ++i) {
+        QListWidget* l = tall.list("Auswahl", i);
+        QTRY_COMPARE(l->font().pixelSize(), DefinitionPage::kTextSizes.back());
+        QVERIFY(l->mapTo(tall.page, QPoint(0, l->height())).y() < okTop);
+        // Most of the list still shows; the rest is a short scroll away.
+        QVERIFY(rowsInView(l) >= 5);
+        QVERIFY(rowsInView(l) == 7 || l->verticalScrollBar()->maximum() > 0);
+    }
 }
 
 void TestChoicePages::termPage() {

@@ -324,7 +324,9 @@ void TestTypedPages::massesShowFormulasAtTheNormalLevelOnly() {
     f.flow.ShowPage(8);
     for (int k = 0; k < 4; ++k)
         QVERIFY(!f.named<QWidget>(QStringLiteral("lab_MolTerm"), k)->isVisible());
-    // The amount page's question as stored, drawn with the formula set.
+    // The amount page's question as stored, drawn with the formula set; at
+    // the normal level, so that the one expert question is never drawn.
+    f.state().ExpertLevel = 0;
     f.flow.ShowPage(12);
     auto* question = qobject_cast<FormulaTextLabel*>(f.label("AnzS12", 0));
     QVERIFY(question && question->text().startsWith(QStringLiteral("Wie viel mol sind")));

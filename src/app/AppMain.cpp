@@ -50,21 +50,25 @@ AppMain::AppMain(AppInfo& info) : QMainWindow(nullptr), m_info(info) {
     m_flow->setRecords(&m_info);
     connect(m_flow, &TestFlow::testFinished, this, &AppMain::showResult);
     const int cardStack = kHolderHeight + kHeaderHeight + kFooterHeight;
-    setMinimumSize(kHolderWidth + 16, cardStack + 24);
+    setMinimumSize(smallestSize().toSize() - QSize(0, kTitleBar));
     // Some room around the card where the screen has it; on a school laptop
     // with a taskbar (1366×700 usable) the window takes what is there.
     QSize wanted(kHolderWidth + 120, cardStack + 90);
     if (const QScreen* s = screen()) {
-        // 32 px for the window manager's title bar above the window.
         const QRect area = s->availableGeometry();
-        wanted = wanted.boundedTo(area.size() - QSize(0, 32)).expandedTo(minimumSize());
+        wanted = wanted.boundedTo(area.size() - QSize(0, kTitleBar)).expandedTo(minimumSize());
         move(area.left() + (area.width() - wanted.width()) / 2,
-             area.top() + qMax(0, (area.height() - wanted.height() - 32) / 2));
+             area.top() + qMax(0, (area.height() - wanted.height() - kTitleBar) / 2));
     }
     resize(wanted.expandedTo(minimumSize()));
 }
 
 AppMain::~AppMain() = default;
+
+QSizeF AppMain::smallestSize() {
+    const int cardStack = kHolderHeight + kHeaderHeight + kFooterHeight;
+    return QSizeF(kHolderWidth + 16, cardStack + 24 + kTitleBar);
+}
 
 void AppMain::buildBars() {
     m_central = new QWidget(this);

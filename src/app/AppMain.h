@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <QSizeF>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -30,6 +31,10 @@ public:
     static constexpr int kHolderHeight = 520;
     static constexpr int kHeaderHeight = 48;
     static constexpr int kFooterHeight = 44;
+    // The window manager's title bar above the window.
+    static constexpr int kTitleBar = 32;
+    // The smallest window that shows the whole card, title bar included.
+    static QSizeF smallestSize();
 
     explicit AppMain(AppInfo& info);
     ~AppMain() override;

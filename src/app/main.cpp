@@ -1,8 +1,10 @@
 #include "app/AppInfo.h"
+#include "app/AppMain.h"
 #include "app/CommandLine.h"
 #include "app/ConsoleCommands.h"
 #include "app/OverviewCommand.h"
 #include "app/StartUp.h"
+#include "app/TextScale.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -72,6 +74,7 @@ int main(int argc, char* argv[]) {
         return OverviewCommand::runCsv(words, QProcessEnvironment::systemEnvironment(), out, err);
     }
     case ConsoleCommands::Kind::Overview: {
+        TextScale::applyBeforeStart(argc, argv, AppMain::smallestSize());
         QApplication app(argc, argv);
         nameApplication();
         QGuiApplication::setDesktopFileName(QStringLiteral("de.laborix.LabQuiz"));
@@ -85,6 +88,7 @@ int main(int argc, char* argv[]) {
     case ConsoleCommands::Kind::Window:
         break;
     }
+    TextScale::applyBeforeStart(argc, argv, AppMain::smallestSize());
     QApplication app(argc, argv);
     nameApplication();
     QGuiApplication::setDesktopFileName(QStringLiteral("de.laborix.LabQuiz"));

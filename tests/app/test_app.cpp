@@ -3,6 +3,7 @@
 #include "app/AppMain.h"
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
+#include "app/TextScale.h"
 #include "pages/TaskPage.h"
 #include "result/AppResult.h"
 
@@ -22,6 +23,8 @@ private Q_SLOTS:
     void normalLevelWithoutBasicEntriesDoesNotHang();
     void resizeKeepsCardCentred();
     void showsInfo();
+    void followsTheDesktopTextSize_data();
+    void followsTheDesktopTextSize();
 };
 
 void TestApp::startsOnShippedBankWithMenusAndPages() {
@@ -306,6 +309,36 @@ void TestApp::showsInfo() {
     QVERIFY(answer.text().contains(QStringLiteral("28.03.2006")));
     QVERIFY(answer.text().contains(QStringLiteral("Ergebnisordner:\n  ") +
                                    QDir::toNativeSeparators(main->info().resultsFolder())));
+}
+
+void TestApp::followsTheDesktopTextSize_data() {
+    QTest::addColumn<double>("textPx");
+    QTest::addColumn<QSizeF>("screen");
+    QTest::addColumn<double>("factor");
+    const QSizeF wide(1920, 1040);
+    dataRow("Qt's own default text", 12.0, wide, 1.0);
+    dataRow("smaller desktop text", 10.0, wide, 1.0);
+    dataRow("one size larger (10 pt)", 13.0, wide, 1.08);
+    dataRow("GNOME's 11 pt", 14.67, wide, 1.22);
+    dataRow("large text, 150 %", 18.0, wide, 1.5);
+    dataRow("huge text is capped", 40.0, QSizeF(4000, 3000), 2.0);
+    // A school laptop with a taskbar leaves little room: the window must fit.
+    dataRow("laptop takes what fits", 18.0, QSizeF(1366, 728), 1.08);
+    dataRow("screen smaller than the window", 18.0, QSizeF(800, 600), 1.0);
+    dataRow("no screen", 18.0, QSizeF(), 1.0);
+}
+
+void TestApp::followsTheDesktopTextSize() {
+    QFETCH(double, textPx);
+    QFETCH(QSizeF, screen);
+    QFETCH(double, factor);
+    const QSizeF needed = AppMain::smallestSize();
+    const double got = TextScale::forDesktop(textPx, screen, needed);
+    QCOMPARE(got, factor);
+    // What the factor makes of the window still fits the screen it was
+    // measured on.
+    if (got > 1.0)
+        QVERIFY(needed.width() * got <= screen.width() && needed.height() * got <= screen.height());
 }
 
 QTEST_MAIN(TestApp)

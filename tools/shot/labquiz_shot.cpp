@@ -36,6 +36,7 @@
 #include "app/AppMain.h"
 #include "app/AppSplash.h"
 #include "app/StartUp.h"
+#include "app/TextScale.h"
 #include "overview/OverviewWindow.h"
 #include "pages/PageHints.h"
 #include "pages/PracticeRound.h"
@@ -342,6 +343,8 @@ int shootOverview(QApplication& app, const QString& out, const QStringList& args
 } // namespace
 
 int main(int argc, char** argv) {
+    // Drawn as the program itself is, at the desktop's text size.
+    TextScale::applyBeforeStart(argc, argv, AppMain::smallestSize());
     QApplication app(argc, argv);
     QStringList args = app.arguments();
     if (args.size() < 2) {

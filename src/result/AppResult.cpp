@@ -130,17 +130,20 @@ void AppResult::buildCertificate() {
     m_name->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     right->addWidget(m_name);
     right->addSpacing(6);
+    // A screen reader reads the labels in the order they are made, so each
+    // comes after the caption it belongs to.
     const QString placeholder = QStringLiteral(" Der Laborix - ");
-    for (int i = 0; i < 3; ++i)
-        m_texturt[i] = certLabel(m_frame, QStringLiteral("Texturt(%1)").arg(i), placeholder,
-                                 i == 1 ? "certGrade" : (i == 0 ? "certLine" : "certSmall"));
-    right->addWidget(m_texturt[0]);
+    auto texturt = [&](int i, const char* role) {
+        m_texturt[i] = certLabel(m_frame, QStringLiteral("Texturt(%1)").arg(i), placeholder, role);
+        right->addWidget(m_texturt[i]);
+    };
+    texturt(0, "certLine");
     right->addSpacing(14);
     right->addWidget(certLabel(m_frame, QStringLiteral("Label12"),
                                QStringLiteral(" Das entspricht der Note: "), "certCaption"));
-    right->addWidget(m_texturt[1]);
+    texturt(1, "certGrade");
     right->addSpacing(10);
-    right->addWidget(m_texturt[2]);
+    texturt(2, "certSmall");
     m_streb = certLabel(m_frame, QStringLiteral("Streb"), QString(), "certSmall");
     right->addWidget(m_streb);
     right->addSpacing(16);
@@ -165,6 +168,10 @@ void AppResult::buildCertificate() {
     titleLine->addWidget(m_musik);
     titleLine->addStretch(1);
     right->addLayout(titleLine);
+    // Dr. Quark and the seal adorn the certificate; they are read after it.
+    for (QWidget* adornment : {static_cast<QWidget*>(m_mascot), static_cast<QWidget*>(label1),
+                               static_cast<QWidget*>(seal)})
+        adornment->raise();
     right->addStretch(1);
     // The honours keep their place when hidden, so the certificate does not
     // jump between a good and a very good result.

@@ -90,7 +90,9 @@ int main(int argc, char** argv) {
                 {closeModal, QStringLiteral("Seite 8 nach dem Rechner|Molare Masse von ")});
     }
     steps.append({[=] { QTimer::singleShot(0, main, [=] { page(6)->nextButton()->click(); }); },
-                  QStringLiteral("Ergebnis|Graphik Drucken|Nein")});
+                  QStringLiteral("Ergebnis|<URKUNDE<Der Laborix - Test wurde bearbeitet von:<Anna"
+                                 "<Von <Das entspricht der Note:<Bearbeitung am:"
+                                 "<Graphik Drucken<Fehler ansehen<Neue Übung?<Ja<Nein")});
 
     int next = 0;
     auto runNext = [&] {

@@ -58,6 +58,17 @@ def walk(node, found, path=""):
             walk(child, found, here)
 
 
+def front_names(app):
+    """Names in reading order in the active window, else the last one."""
+    windows = [w for w in app if w is not None]
+    front = next((w for w in windows if w.getState().contains(pyatspi.STATE_ACTIVE)),
+                 windows[-1] if windows else None)
+    found = []
+    if front is not None:
+        walk(front, found)
+    return [name for _, name, _, _, _ in found]
+
+
 def check_state(app, label, expectations):
     found = []
     for window in app:
@@ -72,7 +83,19 @@ def check_state(app, label, expectations):
     names = [name for _, name, _, _, _ in found]
     descriptions = [d for _, _, d, _, _ in found]
     for wanted in expectations:
-        if wanted.startswith("="):
+        if wanted.startswith("<"):
+            # A screen reader's reading order is the tree's depth-first order.
+            # Only the window in front counts: the form, not the page behind it.
+            read = [n.strip() for n in front_names(app)]
+            at = 0
+            for part in wanted[1:].split("<"):
+                hit = next((i for i in range(at, len(read)) if read[i].startswith(part)), None)
+                if hit is None:
+                    problems.append(f"„{part}“ wird nicht nach dem Vorigen gelesen; gelesen: "
+                                    + " / ".join(n for n in read if n))
+                    break
+                at = hit + 1
+        elif wanted.startswith("="):
             if not any(d.startswith(wanted[1:]) for d in descriptions):
                 problems.append(f"keine Beschreibung beginnt mit „{wanted[1:]}“")
         elif not any(n.startswith(wanted) for n in names):

@@ -110,14 +110,16 @@ private Q_SLOTS:
         // line and cuts the file after it. The note is expected at `where`:
         // "+n"/"-n" counts from the anchor, "last" is the last line, "@k" the
         // k-th "@"; with no note expected, the bank must pass without any.
+        // E and W: this error or warning and no other finding; Emore and
+        // Wmore: among others that the change brings along.
         QTest::addColumn<QString>("anchor");
         QTest::addColumn<int>("span");
         QTest::addColumn<QStringList>("replacement");
         QTest::addColumn<QString>("where");
         QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("isWarning");
+        QTest::addColumn<int>("kind");
         using L = QStringList;
-        const bool W = true, E = false;
+        const int E = 2, W = 3, Emore = 0, Wmore = 1;
         const QString kMark = kLevelMark;
         // What the reader takes as meant must not be reported.
         dataRow("clean bank", "H", 1, L{"H"}, "", "", E);
@@ -135,7 +137,7 @@ private Q_SLOTS:
         dataRow("section without @", "0.045", 2, L{"0.045"}, "last",
                 "Abschnitt 9 (AmountSubstances) hat keine Zeile \"@\"", E);
         dataRow("record cut off", "Frage E", -1, L{"Frage E"}, "+0",
-                "unvollständig: die Datei endet nach 1 seiner 2 Zeilen", E);
+                "unvollständig: die Datei endet nach 1 seiner 2 Zeilen", Emore);
         dataRow("no level mark", "tetra", 2, L{"tetra"}, "-8",
                 "Abschnitt 2 (NumberSyllables) hat keine Zeile \"ææ\"; die normale Stufe hat dann "
                 "nichts zum Ziehen.",
@@ -146,16 +148,17 @@ private Q_SLOTS:
         dataRow("text after the ninth @", "0.045", 2, L{"0.045", "@", "", "Nachtrag"}, "+3",
                 "Nach dem neunten", W);
         dataRow("@ read as a symbol", "Natrium", 2, L{"Natrium"}, "+1",
-                "vermutlich fehlt davor eine Zeile", E);
-        dataRow("ææ read as a symbol", "Li", 1, L{}, "+6", "Die Zeile \"ææ\" wird als Zeile 2", E);
+                "vermutlich fehlt davor eine Zeile", Emore);
+        dataRow("ææ read as a symbol", "Li", 1, L{}, "+6", "Die Zeile \"ææ\" wird als Zeile 2",
+                Emore);
         dataRow("# starts a record", "Na", 2, L{"Na"}, "+3",
-                "vermutlich fehlt davor die Zeile \"@\"", E);
+                "vermutlich fehlt davor die Zeile \"@\"", Emore);
         dataRow("@ with a blank", "Na", 2, L{"Na", "@ "}, "+1",
-                "enthält Leerzeichen und zählt deshalb als Daten", E);
+                "enthält Leerzeichen und zählt deshalb als Daten", Emore);
         dataRow("ææ with a blank", "Na", 2, L{"Na", kMark + " "}, "+1",
-                "enthält Leerzeichen und zählt deshalb als Daten", E);
+                "enthält Leerzeichen und zählt deshalb als Daten", Emore);
         dataRow("# with a blank", "Kommentar 3", 2, L{"Kommentar 3", "# "}, "+1",
-                "beendet deshalb den Kopf von Abschnitt 3", W);
+                "beendet deshalb den Kopf von Abschnitt 3", Wmore);
         dataRow("empty symbol", "He", 1, L{""}, "+0", "Das Symbol ist leer.", E);
         // Widths.
         dataRow("name too long", "Wasser", 1, L{QString(41, u'x')}, "+0",
@@ -170,6 +173,8 @@ private Q_SLOTS:
                 "Die Aussage ist 121 Zeichen", E);
         // Numbers and flags.
         dataRow("decimal comma", "58.4", 1, L{"58,4"}, "+0", "liest nur \"58\", also 58", E);
+        dataRow("note keeps seven digits", "58.4", 1, L{"58.123456,7"}, "+0",
+                "liest nur \"58.123456\", also 58.12346 (", E);
         dataRow("not a number", "3", 1, L{"drei"}, "+0", "\"drei\" ist keine Zahl", E);
         dataRow("16-bit overflow", "4", 1, L{"40000"}, "+0", "außerhalb von -32768 bis 32767", E);
         dataRow("not whole", "2", 1, L{"2.5"}, "+0", "keine ganze Zahl; das Programm liest 2", E);
@@ -184,17 +189,17 @@ private Q_SLOTS:
         dataRow("repeated record", "Natrium", 2, L{"Natrium", "Na", "Helium", "He"}, "+2",
                 "wiederholt den Eintrag ab Zeile", W);
         dataRow("repeated symbol", "Natrium", 2, L{"Natrium", "Na", "Deuterium", "H"}, "+3",
-                "Das Symbol H steht schon in Zeile", W);
+                "Das Symbol H steht schon in Zeile", Wmore);
         dataRow("empty alternative", "Wasserstoff", 1, L{"Wasserstoff*"}, "+0",
                 "leere Schreibweise", W);
         dataRow("empty alternative, empty symbol", "Wasserstoff", 2, L{"Wasserstoff*", ""}, "+0",
-                "leere Schreibweise", W);
+                "leere Schreibweise", Wmore);
         dataRow(
             "normal level too small", "tri", 4, L{"tri", kMark, "4", "tetra"}, "+1",
             "Vor dem \"ææ\" stehen nur 3 verschiedene Einträge; die Seite \"Zahlsilben\" braucht",
             E);
         dataRow("repeats do not count as entries", "Lithium", 2, L{"Helium", "He"}, "+8",
-                "Vor dem \"ææ\" stehen nur 5", E);
+                "Vor dem \"ææ\" stehen nur 5", Emore);
         dataRow("section too small", "Oxid-Ion", 4, L{}, "+3", "hat nur 3 verschiedene Einträge",
                 E);
         dataRow("too few definitions", "Gemisch von Metallen.", 1, L{"Geladenes Teilchen."}, "@4",
@@ -226,7 +231,7 @@ private Q_SLOTS:
         dataRow("not smallest", "@2H2+@1O2=@2H2O", 1, L{"@4H2+@2O2=@4H2O"}, "+0", "durch 2 teilen",
                 E);
         dataRow("charged substance in an equation", "@1C+@1O2=@1CO2", 1, L{"@1Na^++@1Cl^-=@1NaCl"},
-                "+0", "\"Na^+\" trägt eine Ladung", E);
+                "+0", "\"Na^+\" trägt eine Ladung", Emore);
         dataRow("three substances a side", "@1C+@1O2=@1CO2", 1, L{"@1C+@1O2+@1N2=@1CO2+@1N2"}, "+0",
                 "Die linke Seite hat 3 Stoffe", E);
         dataRow("missing coefficient", "@1C+@1O2=@1CO2", 1, L{"@1C+@O2=@1CO2"}, "+0",
@@ -252,6 +257,8 @@ private Q_SLOTS:
                 "nicht dieselbe Zusammensetzung", E);
         dataRow("charged substance", "LiCl", 1, L{"LiCl^+"}, "+0", "\"LiCl^+\" trägt eine Ladung",
                 E);
+        dataRow("unreadable substance formula", "LiCl", 1, L{"LiCl)"}, "+0",
+                "Die Formel \"LiCl)\" lässt sich nicht lesen", E);
         // The amount rule has its own rows; here only that its notes reach the report.
         dataRow("amount answer wrong", "Frage A", 2,
                 L{"Wie viel mol sind 28 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"},
@@ -263,7 +270,8 @@ private Q_SLOTS:
         QFETCH(QStringList, replacement);
         QFETCH(QString, where);
         QFETCH(QString, expected);
-        QFETCH(bool, isWarning);
+        QFETCH(int, kind);
+        const bool isWarning = kind & 1;
 
         QStringList lines = cleanBank();
         QCOMPARE(lines.count(anchor), 1);
@@ -297,6 +305,8 @@ private Q_SLOTS:
         QVERIFY2(found, qPrintable(QStringLiteral("expected at line %1: %2\n%3")
                                        .arg(line)
                                        .arg(expected, describe(report))));
+        if (kind >= 2)
+            QVERIFY2(report.findings.size() == 1, qPrintable(describe(report)));
         // Warnings are advice: only errors fail the check.
         QCOMPARE(report.exitCode(), report.errorCount() > 0 ? 1 : 0);
         if (!isWarning)

@@ -17,16 +17,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
-#include <QProcess>
 #include <QPushButton>
-#include <QSet>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 #include <functional>
 #include <initializer_list>

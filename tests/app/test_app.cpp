@@ -1,8 +1,6 @@
 #include "TestSupport.h"
 #include "app/AppInfo.h"
-#include "app/AppMain.h"
 #include "app/CommandLine.h"
-#include "app/StartUp.h"
 #include "pages/TaskPage.h"
 #include "result/AppResult.h"
 

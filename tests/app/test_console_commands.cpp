@@ -2,8 +2,6 @@
 #include "app/ConsoleCommands.h"
 #include "overview/ResultSamples.h"
 
-#include <QTemporaryDir>
-
 #include <sys/stat.h>
 
 namespace {

@@ -2,15 +2,8 @@
 #include "TestSupport.h"
 #include "app/AppInfo.h"
 #include "checker/BankChecker.h"
-#include "chem/ElementTable.h"
 #include "session/AtomicFile.h"
 #include "session/NamesFile.h"
-#include "session/TaskBank.h"
-
-#include <QDirIterator>
-#include <QElapsedTimer>
-#include <QTemporaryDir>
-#include <QtTest>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -35,14 +28,17 @@ QString stateOf(const QString& path) {
     return QStringLiteral("%1 %2").arg(st.st_mode, 0, 8).arg(st.st_size);
 }
 
+using Failure = LegacyText::ReadFailure;
+
 } // namespace
 
 // Data folders the program cannot use as it would like. One that takes
 // nothing (read-only, full, or with a names list that cannot be replaced):
 // the test still runs, one notice says that names or results cannot be
 // saved, and nothing on disk changes. Data files that are no files, or far
-// too large (a 2 GB file, /dev/zero, a FIFO without a writer): every reader
-// refuses them at once with a German reason, and the program starts anyway.
+// too large (a 2 GB file, /dev/zero, a FIFO without a writer): the one file
+// reader and every reader on it refuse them at once with a German reason, and
+// the program starts anyway.
 class TestFileFaults : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -236,6 +232,107 @@ private Q_SLOTS:
             QVERIFY2(QFile::exists(m_dir->filePath(name)), qPrintable(name));
     }
 
+    void refusesWhatIsNoFile_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("failure");
+        QTest::addColumn<QString>("says");
+        QTest::newRow("fehlt") << "missing" << int(Failure::Missing) << "fehlt";
+        QTest::newRow("Ordner") << "folder" << int(Failure::NotAFile) << "ein Ordner";
+        QTest::newRow("FIFO ohne Schreiber") << "fifo" << int(Failure::NotAFile) << "Pipe";
+        QTest::newRow("/dev/zero") << "device" << int(Failure::NotAFile) << "ein Gerät";
+        QTest::newRow("Verweis auf /dev/zero") << "zero" << int(Failure::NotAFile) << "ein Gerät";
+        QTest::newRow("2 GB, dünn belegt") << "sparse" << int(Failure::TooLarge) << "mit 2,0 GB";
+    }
+    void refusesWhatIsNoFile() {
+        QFETCH(QString, kind);
+        QFETCH(int, failure);
+        QFETCH(QString, says);
+        QString path = m_dir->filePath(QStringLiteral("x.dat"));
+        if (kind == QLatin1String("folder"))
+            QVERIFY(QDir().mkdir(path));
+        else if (kind == QLatin1String("device"))
+            path = QStringLiteral("/dev/zero");
+        else if (kind != QLatin1String("missing"))
+            QVERIFY(plant(kind, path));
+
+        QElapsedTimer clock;
+        clock.start();
+        LegacyText::ReadProblem problem;
+        const std::optional<QByteArray> bytes = LegacyText::readBytes(path, &problem);
+        QVERIFY(!bytes);
+        QVERIFY2(clock.elapsed() < 1000, "refusing must not read the file");
+        QCOMPARE(int(problem.failure), failure);
+        QVERIFY2(problem.text.contains(says), qPrintable(problem.text));
+        QVERIFY2(problem.text.contains(QDir::toNativeSeparators(path)), qPrintable(problem.text));
+        QCOMPARE(problem.refused(), failure != int(Failure::Missing));
+        QVERIFY(!LegacyText::readFile(path));
+    }
+    void readsUpToTheLimit_data() {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<bool>("read");
+        QTest::newRow("leer") << 0 << 100 << true;
+        QTest::newRow("genau die Grenze") << 100 << 100 << true;
+        QTest::newRow("ein Byte darüber") << 101 << 100 << false;
+        QTest::newRow("weit darunter") << 5000 << 1 << false;
+        QTest::newRow("größer als ein Lesepuffer") << 300000 << 1000000 << true;
+    }
+    void readsUpToTheLimit() {
+        QFETCH(int, size);
+        QFETCH(int, limit);
+        QFETCH(bool, read);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("names.ini"));
+        QByteArray content(size, 'x');
+        for (int i = 0; i < size; ++i)
+            content[i] = char('a' + i % 26);
+        QVERIFY(writeFile(path, content));
+        LegacyText::ReadProblem problem;
+        const std::optional<QByteArray> bytes = LegacyText::readBytes(path, &problem, limit);
+        QCOMPARE(bool(bytes), read);
+        if (read) {
+            QCOMPARE(*bytes, content);
+            QCOMPARE(int(problem.failure), int(Failure::None));
+        } else {
+            QCOMPARE(int(problem.failure), int(Failure::TooLarge));
+            QVERIFY(problem.text.contains(QStringLiteral("zu groß")));
+        }
+    }
+    void readsFilesWithoutSize() {
+        // Files of /proc say they are empty and still have content; the reader
+        // must not trust the size it was told.
+        const std::optional<QByteArray> bytes =
+            LegacyText::readBytes(QStringLiteral("/proc/self/status"));
+        QVERIFY(bytes);
+        QVERIFY(bytes->contains("Name:"));
+        // The limit holds for them too.
+        LegacyText::ReadProblem problem;
+        QVERIFY(!LegacyText::readBytes(QStringLiteral("/proc/self/status"), &problem, 10));
+        QCOMPARE(int(problem.failure), int(Failure::TooLarge));
+    }
+    void readsCompiledInFiles() {
+        // The copies compiled into the program are no files on disk.
+        const std::optional<QString> text =
+            LegacyText::readFile(QStringLiteral(":/data/elements.dat"));
+        QVERIFY(text);
+        QVERIFY(text->contains(QStringLiteral(";Na;Natrium;")));
+        LegacyText::ReadProblem problem;
+        QVERIFY(!LegacyText::readBytes(QStringLiteral(":/data/fehlt.dat"), &problem));
+        QCOMPARE(int(problem.failure), int(Failure::Missing));
+    }
+    void sizeText_data() {
+        QTest::addColumn<qint64>("bytes");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("Bytes") << qint64(900) << "900 Bytes";
+        QTest::newRow("KB") << qint64(28115) << "27 KB";
+        QTest::newRow("MB") << qint64(64) * 1024 * 1024 << "64 MB";
+        QTest::newRow("GB mit Komma") << (qint64(2) << 30) << "2,0 GB";
+    }
+    void sizeText() {
+        QFETCH(qint64, bytes);
+        QFETCH(QString, text);
+        QCOMPARE(LegacyText::sizeText(bytes), text);
+    }
     void hostileFilesAreRefused_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("reason");

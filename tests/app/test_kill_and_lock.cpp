@@ -1,14 +1,7 @@
 #include "ProbeSupport.h"
 #include "TestSupport.h"
 #include "app/AppInfo.h"
-#include "chem/LegacyText.h"
 #include "session/NamesFile.h"
-
-#include <QLockFile>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QThread>
-#include <QtTest>
 
 #include <csignal>
 #include <sys/stat.h>

@@ -1,7 +1,6 @@
 #include "TestSupport.h"
 #include "checker/AmountRules.h"
 #include "checker/CheckContext.h"
-#include "chem/ElementTable.h"
 
 // The amount questions' rule of the bank check: reading the question,
 // the three ways of taking atomic masses, exact rounding, and the notes.

@@ -1,12 +1,6 @@
 #include "TestSupport.h"
 #include "checker/BankChecker.h"
-#include "chem/ElementTable.h"
 #include "chem/TextLines.h"
-
-#include <QElapsedTimer>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <functional>
 
 namespace {
 

@@ -1,10 +1,6 @@
 #include "TestSupport.h"
 #include "chem/MistakeHints.h"
 
-#include <QFile>
-#include <QHash>
-#include <QtTest>
-
 using Kind = MistakeHints::Kind;
 Q_DECLARE_METATYPE(MistakeHints::Kind)
 

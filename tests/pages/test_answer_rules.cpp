@@ -10,8 +10,6 @@
 #include "pages/SubstancePage.h"
 #include "pages/TaskNames.h"
 
-#include <functional>
-
 using Namer = std::function<QString()>;
 Q_DECLARE_METATYPE(Namer)
 
@@ -86,7 +84,7 @@ private Q_SLOTS:
     }
 
     void coefficients_data() {
-        // Coefficients are read as leading numbers (see test_text_rules); these
+        // Coefficients are read as leading numbers (see test_session); these
         // rows are the page's own: outer blanks, and slots left empty.
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("expected");

@@ -7,7 +7,6 @@
 #include "result/AppResult.h"
 #include "result/MistakeReview.h"
 
-#include <QDirIterator>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QTextBrowser>

@@ -8,7 +8,6 @@
 #include <QComboBox>
 #include <QListWidget>
 #include <QRadioButton>
-#include <QRegularExpression>
 
 namespace {
 

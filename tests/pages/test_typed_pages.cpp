@@ -15,7 +15,6 @@
 #include "pages/NumberSyllablePage.h"
 #include "pages/SubstancePage.h"
 
-#include <QLocale>
 #include <set>
 
 namespace {

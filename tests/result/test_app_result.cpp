@@ -12,11 +12,8 @@
 #include "session/Grades.h"
 #include "session/SessionState.h"
 
-#include <QElapsedTimer>
 #include <QFrame>
 #include <QImage>
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTextBrowser>
 #include <memory>
 

@@ -1,8 +1,6 @@
 #include "TestSupport.h"
 #include "session/TextRules.h"
 
-#include <QRegularExpression>
-
 // The shipped task bank as a class meets it: first-year basics at the normal
 // level, the harder topics only in the expert part, no normal definition
 // that leans on a term only experts are asked, and the accepted spellings.

@@ -1,6 +1,12 @@
+// What the session reads and draws with: numbers and texts read as the old
+// runtime read them, the random draw, names.ini with its names and level
+// (its encodings go through the task bank's reader, any bytes at all through
+// the names_file fuzz target), and the task bank itself.
 #include "TestSupport.h"
+#include "session/NamesFile.h"
+#include "session/TextRules.h"
 
-#include <QTemporaryDir>
+#include <map>
 
 namespace {
 
@@ -15,9 +21,175 @@ TaskBank bankText(const QString& text, int given) {
 
 } // namespace
 
-class TestTaskBank : public QObject {
+class TestSession : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void readsLeadingNumbers_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("value");
+        dataRow("plain", "58.4", 58.4);
+        dataRow("comma stops", "58,4", 58.0);
+        dataRow("blanks around", "  12  ", 12.0);
+        dataRow("blanks inside", "1 000", 1000.0);
+        dataRow("sign blank", "- 3", -3.0);
+        dataRow("point first", ".5", 0.5);
+        dataRow("exponent", "5E-1", 0.5);
+        dataRow("exponent without digits", "1E", 1.0);
+        dataRow("exponent sign only", "2E+x", 2.0);
+        dataRow("fraction stops", "1/2", 1.0);
+        dataRow("second point stops", "1.5.3", 1.5);
+        dataRow("empty", "", 0.0);
+        dataRow("sign only", "-", 0.0);
+        dataRow("exponent alone", "E5", 0.0);
+        dataRow("tab and newline", "\t3\n", 3.0);
+        dataRow("huge", "1e400", HUGE_VAL);
+    }
+    void readsLeadingNumbers() {
+        QFETCH(QString, text);
+        QFETCH(double, value);
+        QCOMPARE(LeadingValue(text), value);
+    }
+    void parseDecimalChangesCallersText() {
+        // How answers read as numbers is tested through NumberAnswer; here only
+        // that the caller's text is changed on the way.
+        QString text = QStringLiteral("1,5e3");
+        QCOMPARE(ParseDecimal(text), 1500.0f);
+        QCOMPARE(text, QStringLiteral("1.5E3"));
+        QString unit = QStringLiteral("58,4 g");
+        QCOMPARE(ParseDecimal(unit), 58.4f);
+        QCOMPARE(unit, QStringLiteral("58.4 g"));
+    }
+    void canonicalAndStrip() {
+        QCOMPARE(CanonicalText(u"  natrium  "), QStringLiteral("NATRIUM"));
+        QCOMPARE(CanonicalText(u"\tx "), QStringLiteral("\tX")); // only blanks are cut
+        QCOMPARE(
+            StripBlanks(QStringLiteral("@2 H2 + @1 O2") + QChar(u'\0') + QStringLiteral("= @2H2O")),
+            QStringLiteral("@2H2+@1O2=@2H2O"));
+        QCOMPARE(TrimRightBlanks(u"Na   ").toString(), QStringLiteral("Na"));
+        QCOMPARE(TrimBlanks(u"   ").toString(), QString());
+    }
+    void writesNumbersAsTheOldRuntime() {
+        QCOMPARE(NumberWithSignSpace(12), QStringLiteral(" 12"));
+        QCOMPARE(NumberWithSignSpace(0), QStringLiteral(" 0"));
+        QCOMPARE(NumberWithSignSpace(-3), QStringLiteral("-3"));
+        QCOMPARE(SingleToText(58.4f), QStringLiteral(" 58.4"));
+        QCOMPARE(SingleToText(180.2f), QStringLiteral(" 180.2"));
+        QCOMPARE(SingleToText(-0.25f), QStringLiteral("-0.25"));
+        QCOMPARE(SingleToText(1234567.0f), QStringLiteral(" 1234567"));
+    }
+    void staysInRangeAndAvoidsExclusions() {
+        ClockRandomSource source;
+        for (int i = 0; i < 2000; ++i) {
+            const int n = RandomBetween(source, 10, 2, 4, 6, 8, 10, 0);
+            QVERIFY(n >= 1 && n <= 10);
+            QVERIFY(n % 2 == 1);
+        }
+        for (int i = 0; i < 200; ++i)
+            QCOMPARE(RandomBetween(source, 3, 1, 2, 0, 0, 0, 0), 3);
+        for (int i = 0; i < 200; ++i)
+            QCOMPARE(RandomBetween(source, 1), 1);
+        // Every admissible value turns up.
+        std::map<int, int> seen;
+        for (int i = 0; i < 3000; ++i)
+            ++seen[RandomBetween(source, 7, 3)];
+        QCOMPARE(int(seen.size()), 6);
+        QVERIFY(!seen.count(3));
+    }
+    void scalesTheDrawToItsRange() {
+        // n = whole part of (max + 1) * r, then clamped to 1..max.
+        FixedRandomSource source({0.0, 0.19, 0.2, 0.5, 0.999999});
+        QCOMPARE(RandomBetween(source, 4), 1); // 0   -> 0 -> 1
+        QCOMPARE(RandomBetween(source, 4), 1); // 0.95 -> 0 -> 1
+        QCOMPARE(RandomBetween(source, 4), 1); // 1.0 -> 1
+        QCOMPARE(RandomBetween(source, 4), 2); // 2.5 -> 2
+        QCOMPARE(RandomBetween(source, 4), 4); // 4.99 -> 4
+    }
+    void oneComesUpTwiceAsOften() {
+        ClockRandomSource source;
+        std::map<int, int> seen;
+        const int draws = 60000;
+        for (int i = 0; i < draws; ++i)
+            ++seen[RandomBetween(source, 5)];
+        // 1 gets 2/6 of the draws, every other value 1/6.
+        const double one = seen[1];
+        for (int v = 2; v <= 5; ++v) {
+            const double ratio = one / seen[v];
+            QVERIFY2(ratio > 1.7 && ratio < 2.3, qPrintable(QString::number(ratio)));
+        }
+    }
+    void impossibleDrawsReturnAtOnce() {
+        FixedRandomSource source({0.5});
+        QCOMPARE(RandomBetween(source, 1, 1), 0);
+        QCOMPARE(RandomBetween(source, 0), 0);
+        QCOMPARE(RandomBetween(source, 3, 1, 2, 3), 0);
+        QCOMPARE(source.draws, 0);
+        // Below 1 the clamping yields max itself when that is not excluded.
+        QCOMPARE(RandomBetween(source, 0, 1, 2, 3, 4, 5, 6), 0);
+        QCOMPARE(RandomBetween(source, -2), -2);
+    }
+    void reseedsOncePerCall() {
+        // A redraw after an exclusion takes the next value without reseeding.
+        FixedRandomSource source({0.1, 0.5});
+        QCOMPARE(RandomBetween(source, 9, 1), 5);
+        QCOMPARE(source.reseeds, 1);
+        QCOMPARE(source.draws, 2);
+    }
+    void keepsOddNamesExactly() {
+        QTemporaryDir dir;
+        const QStringList odd{QStringLiteral("Jürgen Äßler"),     QStringLiteral("a=b"),
+                              QStringLiteral("[Namen]"),          QStringLiteral("x;y"),
+                              QStringLiteral("\"Zitat\" 'so'"),   QString(200, u'z'),
+                              QStringLiteral("  Anna  "),         QStringLiteral("back\\slash\\n"),
+                              QStringLiteral("DIFFICULTY=5"),     QStringLiteral("Name=Name"),
+                              QStringLiteral("; kein Kommentar"), QStringLiteral("tab\there"),
+                              QStringLiteral("€ und Œ"),          QStringLiteral("zeile\r\nzwei"),
+                              QStringLiteral("AUSWERTUNG=/tmp")};
+        NamesFile file(dir.filePath(QStringLiteral("names.ini")));
+        for (const QString& n : odd)
+            QVERIFY(file.addName(n));
+        QVERIFY(!file.addName(QStringLiteral("a=b"))); // no duplicates
+        file.setDifficulty(1);
+        // The overview's folder, beside the level.
+        const QString folder = QStringLiteral("/srv/Schule/Ergebnisse 8b;\\ä\nx");
+        file.setOverviewFolder(folder);
+        QVERIFY(file.save());
+
+        NamesFile again(file.path());
+        QVERIFY(again.load());
+        QCOMPARE(again.names(), odd);
+        QCOMPARE(again.difficulty(), 1);
+        QCOMPARE(again.overviewFolder(), folder);
+    }
+    void survivesHandEditedFiles() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("names.ini"));
+        QByteArray junk =
+            "\x01\x02garbage\r\n[Einstellungen]\r\nDIFFICULTY=abc\r\n=\r\nName=\r\n"
+            "[Namen]\r\nName=Anna\r\nBob\r\n\x7f\x03 bin\xc3\r\n   \r\nName=Carla=C\r\n"
+            "[Anderes]\r\nirgendwas\r\nName=Dora\r\n";
+        QVERIFY(writeFile(path, junk));
+        NamesFile file(path);
+        QVERIFY(file.load());
+        QCOMPARE(file.names(), (QStringList{QStringLiteral("Anna"), QStringLiteral("Bob"),
+                                            QStringLiteral("Carla=C"), QStringLiteral("Dora")}));
+        QCOMPARE(file.difficulty(), -1);
+    }
+    void removingOneKeepsTheOthers() {
+        QTemporaryDir dir;
+        NamesFile file(dir.filePath(QStringLiteral("names.ini")));
+        for (const char* n : {"Anna", "Bob", " Bob", "Carla"})
+            file.addName(QString::fromUtf8(n));
+        file.setDifficulty(0);
+        QVERIFY(file.save());
+        QVERIFY(file.removeName(QStringLiteral("Bob")));
+        QVERIFY(!file.removeName(QStringLiteral("Niemand")));
+        QVERIFY(file.save());
+        NamesFile again(file.path());
+        again.load();
+        QCOMPARE(again.names(), (QStringList{QStringLiteral("Anna"), QStringLiteral(" Bob"),
+                                             QStringLiteral("Carla")}));
+        QCOMPARE(again.difficulty(), 0);
+    }
     void readsSectionsAndBasicCounts() {
         const TaskBank bank = bankOf(syntheticBank(6, 3));
         for (int s = 0; s < TaskBank::SectionCount; ++s) {
@@ -170,5 +342,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestTaskBank)
-#include "test_task_bank.moc"
+QTEST_MAIN(TestSession)
+#include "test_session.moc"

@@ -86,6 +86,37 @@ private:
     QStringList m_buttons;
 };
 
+// Runs act on the modal dialog (the one named `name`, when given) once it is
+// up, active and holds the focus, so that keys sent then reach it.
+inline void whenModal(const QString& name, std::function<void(QDialog*)> act) {
+    auto* poll = new QTimer;
+    poll->setInterval(10);
+    QObject::connect(poll, &QTimer::timeout, [poll, name, act] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        const QWidget* focus = QApplication::focusWidget();
+        if (!dialog || (!name.isEmpty() && dialog->objectName() != name) ||
+            !dialog->isActiveWindow() || !focus || focus->window() != dialog)
+            return;
+        poll->stop();
+        poll->deleteLater();
+        act(dialog);
+    });
+    poll->start();
+}
+
+// Every file under folder, by its path inside it, with its content.
+inline QMap<QString, QByteArray> folderFiles(const QString& folder) {
+    QMap<QString, QByteArray> out;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        QFile f(it.next());
+        f.open(QIODevice::ReadOnly);
+        out.insert(QDir(folder).relativeFilePath(f.fileName()), f.readAll());
+    }
+    return out;
+}
+
 // Joins lines with CR LF and encodes them in Windows-1252, as a teacher's
 // file would be.
 inline QByteArray cp1252Lines(const QStringList& lines) {

@@ -72,7 +72,7 @@ private Q_SLOTS:
         QFETCH(QString, why);
         const QString names = m_dir->filePath(QStringLiteral("names.ini"));
         if (fault == QLatin1String("folder")) {
-            for (const QString& f : snapshot().keys())
+            for (const QString& f : folderFiles(m_dir->path()).keys())
                 QVERIFY(QFile::setPermissions(m_dir->filePath(f), QFileDevice::ReadOwner |
                                                                       QFileDevice::ReadGroup |
                                                                       QFileDevice::ReadOther));
@@ -80,7 +80,7 @@ private Q_SLOTS:
         } else if (fault == QLatin1String("names")) {
             QVERIFY(QFile::setPermissions(names, QFileDevice::ReadOwner | QFileDevice::ReadGroup));
         }
-        const auto before = snapshot();
+        const auto before = folderFiles(m_dir->path());
         QVERIFY(before.value(QStringLiteral("names.ini")).size() > 200);
 
         ProbeRun probe(m_dir->path(), args);
@@ -93,7 +93,7 @@ private Q_SLOTS:
             qPrintable(notices.first()));
         if (fault == QLatin1String("folder"))
             QVERIFY(notices.first().contains(QStringLiteral("ist schreibgeschützt.")));
-        const auto after = snapshot();
+        const auto after = folderFiles(m_dir->path());
         if (fault != QLatin1String("names")) {
             // Not even a half-written temporary file is left behind.
             QCOMPARE(after, before);
@@ -451,18 +451,6 @@ private:
             log += "-> 0 Start von: Schülerin Nummer " + QByteArray::number(i) +
                    " - 03-28-2006/08:00:00\r\n";
         QVERIFY(writeFile(m_dir->filePath(QStringLiteral("laborix.log")), log));
-    }
-
-    // Every file of the folder with its content.
-    QMap<QString, QByteArray> snapshot() const {
-        QMap<QString, QByteArray> files;
-        QDirIterator it(m_dir->path(), QDir::Files | QDir::Hidden | QDir::System);
-        while (it.hasNext()) {
-            QFile f(it.next());
-            f.open(QIODevice::ReadOnly);
-            files.insert(it.fileName(), f.readAll());
-        }
-        return files;
     }
 
     void runCandidate(ProbeRun& probe) {

@@ -80,7 +80,7 @@ private Q_SLOTS:
         QStringList round;
         QString title;
         std::unique_ptr<ModalAnswer> question;
-        whenModal([&] {
+        whenModal({}, [&](QDialog*) {
             title = QApplication::activeModalWidget()->windowTitle();
             for (int guard = 0; guard < 20; ++guard) {
                 QWidget* w = focus();
@@ -158,21 +158,6 @@ private:
         QCoreApplication::processEvents();
     }
     TaskPage* page(int n) { return m_main->flow().taskPage(n); }
-    // Runs act once a modal window is up and holds the focus.
-    void whenModal(std::function<void()> act) {
-        auto* poll = new QTimer(this);
-        poll->setInterval(10);
-        connect(poll, &QTimer::timeout, this, [this, poll, act] {
-            QWidget* modal = QApplication::activeModalWidget();
-            QWidget* w = QApplication::focusWidget();
-            if (!modal || !w || w->window() != modal)
-                return;
-            poll->stop();
-            poll->deleteLater();
-            act();
-        });
-        poll->start();
-    }
     const QString& drawn(int i) { return m_main->flow().state().DrawnAnswers[i]; }
     static int index(const QWidget* w) {
         const QString name = w->objectName();
@@ -225,7 +210,7 @@ private:
         key(Qt::Key_Tab);
         QCOMPARE(focus()->objectName(), QStringLiteral("but_Calc(0)"));
         bool calculatorSeen = false;
-        whenModal([&] {
+        whenModal({}, [&](QDialog*) {
             QCOMPARE(focus()->objectName(), QStringLiteral("Anzeige"));
             calculatorSeen = true;
             type(drawn(0).trimmed() + QStringLiteral("*2/2"));

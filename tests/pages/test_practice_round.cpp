@@ -39,34 +39,6 @@ int visibleAnswerControls(const QWidget* page) {
     return n;
 }
 
-// Every file of the folder with its content.
-QMap<QString, QByteArray> folderContents(const QString& folder) {
-    QMap<QString, QByteArray> out;
-    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        QFile f(it.next());
-        f.open(QIODevice::ReadOnly);
-        out.insert(f.fileName(), f.readAll());
-    }
-    return out;
-}
-
-// Runs act inside the modal dialog named `name` as soon as it is up.
-void inModal(const QString& name, std::function<void(QDialog*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, [timer, name, act] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        // Shown is not yet active: the keys would still go to the window below.
-        if (!dialog || dialog->objectName() != name || !dialog->isActiveWindow())
-            return;
-        timer->stop();
-        timer->deleteLater();
-        act(dialog);
-    });
-    timer->start();
-}
-
 void typeIntoFocus(const QString& text) {
     QWidget* focus = QApplication::focusWidget();
     QVERIFY(focus);
@@ -190,16 +162,16 @@ private Q_SLOTS:
         QCOMPARE(s.CorrectSoFar, 13);
         const QString syllable = firstAccepted(s.Pages[1].items[2].expected);
 
-        const QMap<QString, QByteArray> files = folderContents(app.dir.path());
+        const QMap<QString, QByteArray> files = folderFiles(app.dir.path());
         QVERIFY(!files.isEmpty());
         bool reviewed = false;
         bool practised = false;
         bool escaped = false;
-        inModal(QStringLiteral("frm_AppResult"), [&](QDialog* form) {
-            inModal(QStringLiteral("MistakeReview"), [&](QDialog* review) {
+        whenModal(QStringLiteral("frm_AppResult"), [&](QDialog* form) {
+            whenModal(QStringLiteral("MistakeReview"), [&](QDialog* review) {
                 auto* start = child<QPushButton>(review, QStringLiteral("FehlerUeben"));
                 QVERIFY(start && !start->accessibleName().isEmpty());
-                inModal(QStringLiteral("PracticeRound"), [&](QDialog* dialog) {
+                whenModal(QStringLiteral("PracticeRound"), [&](QDialog* dialog) {
                     auto* round = static_cast<PracticeRound*>(dialog);
                     [&] {
                         // Page 1: only the wrong symbol, answered right now.
@@ -253,9 +225,9 @@ private Q_SLOTS:
                     QCOMPARE(s.CorrectSoFar, 13);
                     QCOMPARE(s.Pages.size(), 3);
                     QCOMPARE(MistakeReview::mistakes(s.Pages), 3);
-                    QCOMPARE(folderContents(app.dir.path()), files);
+                    QCOMPARE(folderFiles(app.dir.path()), files);
                 }();
-                inModal(QStringLiteral("PracticeRound"), [&](QDialog* round) {
+                whenModal(QStringLiteral("PracticeRound"), [&](QDialog* round) {
                     pressFocused(Qt::Key_Escape);
                     escaped = !round->isVisible();
                     if (!escaped)

@@ -18,10 +18,6 @@ QString lockIn(const QString& folder) {
     return AppInfo(CommandLine(), env).lockPath();
 }
 
-} // namespace
-
-namespace {
-
 constexpr int kKills = 200;
 constexpr int kFullStarts = 10;
 

@@ -313,14 +313,6 @@ template <class Page> struct PageFixture {
         }
         return seen;
     }
-    // Types the answers, checks, and returns how many the page counted right.
-    int check(const QString& field, const QStringList& answers) {
-        const int before = state().CorrectSoFar;
-        for (int i = 0; i < answers.size(); ++i)
-            named(field, i)->setText(answers[i]);
-        page->okButton()->click();
-        return state().CorrectSoFar - before;
-    }
     // Enter walks the fields in this order, each to the next, and wraps to the first.
     bool enterWalk(const QStringList& order) {
         holder.activateWindow();
@@ -333,11 +325,5 @@ template <class Page> struct PageFixture {
             QTest::keyClick(w, Qt::Key_Return);
         }
         return first->hasFocus();
-    }
-    bool enterRing(const QString& field, int count) {
-        QStringList order;
-        for (int i = 0; i < count; ++i)
-            order << QStringLiteral("%1(%2)").arg(field).arg(i);
-        return enterWalk(order);
     }
 };

@@ -327,7 +327,9 @@ private Q_SLOTS:
         f.flow.ShowPage(8);
         for (int k = 0; k < 4; ++k)
             QVERIFY(!f.named<QWidget>(QStringLiteral("lab_MolTerm"), k)->isVisible());
-        // The amount page's question as stored, drawn with the formula set.
+        // The amount page's question as stored, drawn with the formula set
+        // (the normal level: the expert's one question has no formula).
+        f.state().ExpertLevel = 0;
         f.flow.ShowPage(12);
         auto* question = qobject_cast<FormulaTextLabel*>(f.label("AnzS12", 0));
         QVERIFY(question && question->text().startsWith(QStringLiteral("Wie viel mol sind")));

@@ -17,16 +17,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
-#include <QProcess>
 #include <QPushButton>
-#include <QSet>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 #include <functional>
 #include <initializer_list>
@@ -92,6 +85,37 @@ private:
     QString m_text, m_title;
     QStringList m_buttons;
 };
+
+// Runs act on the modal dialog (the one named `name`, when given) once it is
+// up, active and holds the focus, so that keys sent then reach it.
+inline void whenModal(const QString& name, std::function<void(QDialog*)> act) {
+    auto* poll = new QTimer;
+    poll->setInterval(10);
+    QObject::connect(poll, &QTimer::timeout, [poll, name, act] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        const QWidget* focus = QApplication::focusWidget();
+        if (!dialog || (!name.isEmpty() && dialog->objectName() != name) ||
+            !dialog->isActiveWindow() || !focus || focus->window() != dialog)
+            return;
+        poll->stop();
+        poll->deleteLater();
+        act(dialog);
+    });
+    poll->start();
+}
+
+// Every file under folder, by its path inside it, with its content.
+inline QMap<QString, QByteArray> folderFiles(const QString& folder) {
+    QMap<QString, QByteArray> out;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        QFile f(it.next());
+        f.open(QIODevice::ReadOnly);
+        out.insert(QDir(folder).relativeFilePath(f.fileName()), f.readAll());
+    }
+    return out;
+}
 
 // Joins lines with CR LF and encodes them in Windows-1252, as a teacher's
 // file would be.
@@ -289,14 +313,6 @@ template <class Page> struct PageFixture {
         }
         return seen;
     }
-    // Types the answers, checks, and returns how many the page counted right.
-    int check(const QString& field, const QStringList& answers) {
-        const int before = state().CorrectSoFar;
-        for (int i = 0; i < answers.size(); ++i)
-            named(field, i)->setText(answers[i]);
-        page->okButton()->click();
-        return state().CorrectSoFar - before;
-    }
     // Enter walks the fields in this order, each to the next, and wraps to the first.
     bool enterWalk(const QStringList& order) {
         holder.activateWindow();
@@ -309,11 +325,5 @@ template <class Page> struct PageFixture {
             QTest::keyClick(w, Qt::Key_Return);
         }
         return first->hasFocus();
-    }
-    bool enterRing(const QString& field, int count) {
-        QStringList order;
-        for (int i = 0; i < count; ++i)
-            order << QStringLiteral("%1(%2)").arg(field).arg(i);
-        return enterWalk(order);
     }
 };

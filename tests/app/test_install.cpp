@@ -1,10 +1,5 @@
 #include "TestSupport.h"
 #include "app/AppInfo.h"
-#include <QDir>
-#include <QSettings>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QXmlStreamReader>
 
 // What a school's administrator does: install the built program into a
 // prefix and start it from there, or build the Debian package and look into

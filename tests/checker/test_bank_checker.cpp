@@ -1,12 +1,8 @@
 #include "TestSupport.h"
+#include "checker/AmountRules.h"
 #include "checker/BankChecker.h"
-#include "chem/ElementTable.h"
+#include "checker/CheckContext.h"
 #include "chem/TextLines.h"
-
-#include <QElapsedTimer>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <functional>
 
 namespace {
 
@@ -78,6 +74,16 @@ int lineCountOf(QStringView text) {
 
 } // namespace
 
+using Decimal = AmountRules::Decimal;
+using Kind = AmountRules::Kind;
+using Masses = AmountRules::Masses;
+Q_DECLARE_METATYPE(AmountRules::Decimal)
+Q_DECLARE_METATYPE(AmountRules::Kind)
+Q_DECLARE_METATYPE(AmountRules::Masses)
+
+// The bank check: each problem a teacher's edit can cause, the element
+// table, damaged banks, and the amount questions' own rule (reading the
+// question, the three ways of taking atomic masses, exact rounding, notes).
 class TestBankChecker : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -110,14 +116,16 @@ private Q_SLOTS:
         // line and cuts the file after it. The note is expected at `where`:
         // "+n"/"-n" counts from the anchor, "last" is the last line, "@k" the
         // k-th "@"; with no note expected, the bank must pass without any.
+        // E and W: this error or warning and no other finding; Emore and
+        // Wmore: among others that the change brings along.
         QTest::addColumn<QString>("anchor");
         QTest::addColumn<int>("span");
         QTest::addColumn<QStringList>("replacement");
         QTest::addColumn<QString>("where");
         QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("isWarning");
+        QTest::addColumn<int>("kind");
         using L = QStringList;
-        const bool W = true, E = false;
+        const int E = 2, W = 3, Emore = 0, Wmore = 1;
         const QString kMark = kLevelMark;
         // What the reader takes as meant must not be reported.
         dataRow("clean bank", "H", 1, L{"H"}, "", "", E);
@@ -135,7 +143,7 @@ private Q_SLOTS:
         dataRow("section without @", "0.045", 2, L{"0.045"}, "last",
                 "Abschnitt 9 (AmountSubstances) hat keine Zeile \"@\"", E);
         dataRow("record cut off", "Frage E", -1, L{"Frage E"}, "+0",
-                "unvollständig: die Datei endet nach 1 seiner 2 Zeilen", E);
+                "unvollständig: die Datei endet nach 1 seiner 2 Zeilen", Emore);
         dataRow("no level mark", "tetra", 2, L{"tetra"}, "-8",
                 "Abschnitt 2 (NumberSyllables) hat keine Zeile \"ææ\"; die normale Stufe hat dann "
                 "nichts zum Ziehen.",
@@ -146,16 +154,17 @@ private Q_SLOTS:
         dataRow("text after the ninth @", "0.045", 2, L{"0.045", "@", "", "Nachtrag"}, "+3",
                 "Nach dem neunten", W);
         dataRow("@ read as a symbol", "Natrium", 2, L{"Natrium"}, "+1",
-                "vermutlich fehlt davor eine Zeile", E);
-        dataRow("ææ read as a symbol", "Li", 1, L{}, "+6", "Die Zeile \"ææ\" wird als Zeile 2", E);
+                "vermutlich fehlt davor eine Zeile", Emore);
+        dataRow("ææ read as a symbol", "Li", 1, L{}, "+6", "Die Zeile \"ææ\" wird als Zeile 2",
+                Emore);
         dataRow("# starts a record", "Na", 2, L{"Na"}, "+3",
-                "vermutlich fehlt davor die Zeile \"@\"", E);
+                "vermutlich fehlt davor die Zeile \"@\"", Emore);
         dataRow("@ with a blank", "Na", 2, L{"Na", "@ "}, "+1",
-                "enthält Leerzeichen und zählt deshalb als Daten", E);
+                "enthält Leerzeichen und zählt deshalb als Daten", Emore);
         dataRow("ææ with a blank", "Na", 2, L{"Na", kMark + " "}, "+1",
-                "enthält Leerzeichen und zählt deshalb als Daten", E);
+                "enthält Leerzeichen und zählt deshalb als Daten", Emore);
         dataRow("# with a blank", "Kommentar 3", 2, L{"Kommentar 3", "# "}, "+1",
-                "beendet deshalb den Kopf von Abschnitt 3", W);
+                "beendet deshalb den Kopf von Abschnitt 3", Wmore);
         dataRow("empty symbol", "He", 1, L{""}, "+0", "Das Symbol ist leer.", E);
         // Widths.
         dataRow("name too long", "Wasser", 1, L{QString(41, u'x')}, "+0",
@@ -170,6 +179,8 @@ private Q_SLOTS:
                 "Die Aussage ist 121 Zeichen", E);
         // Numbers and flags.
         dataRow("decimal comma", "58.4", 1, L{"58,4"}, "+0", "liest nur \"58\", also 58", E);
+        dataRow("note keeps seven digits", "58.4", 1, L{"58.123456,7"}, "+0",
+                "liest nur \"58.123456\", also 58.12346 (", E);
         dataRow("not a number", "3", 1, L{"drei"}, "+0", "\"drei\" ist keine Zahl", E);
         dataRow("16-bit overflow", "4", 1, L{"40000"}, "+0", "außerhalb von -32768 bis 32767", E);
         dataRow("not whole", "2", 1, L{"2.5"}, "+0", "keine ganze Zahl; das Programm liest 2", E);
@@ -184,17 +195,17 @@ private Q_SLOTS:
         dataRow("repeated record", "Natrium", 2, L{"Natrium", "Na", "Helium", "He"}, "+2",
                 "wiederholt den Eintrag ab Zeile", W);
         dataRow("repeated symbol", "Natrium", 2, L{"Natrium", "Na", "Deuterium", "H"}, "+3",
-                "Das Symbol H steht schon in Zeile", W);
+                "Das Symbol H steht schon in Zeile", Wmore);
         dataRow("empty alternative", "Wasserstoff", 1, L{"Wasserstoff*"}, "+0",
                 "leere Schreibweise", W);
         dataRow("empty alternative, empty symbol", "Wasserstoff", 2, L{"Wasserstoff*", ""}, "+0",
-                "leere Schreibweise", W);
+                "leere Schreibweise", Wmore);
         dataRow(
             "normal level too small", "tri", 4, L{"tri", kMark, "4", "tetra"}, "+1",
             "Vor dem \"ææ\" stehen nur 3 verschiedene Einträge; die Seite \"Zahlsilben\" braucht",
             E);
         dataRow("repeats do not count as entries", "Lithium", 2, L{"Helium", "He"}, "+8",
-                "Vor dem \"ææ\" stehen nur 5", E);
+                "Vor dem \"ææ\" stehen nur 5", Emore);
         dataRow("section too small", "Oxid-Ion", 4, L{}, "+3", "hat nur 3 verschiedene Einträge",
                 E);
         dataRow("too few definitions", "Gemisch von Metallen.", 1, L{"Geladenes Teilchen."}, "@4",
@@ -226,7 +237,7 @@ private Q_SLOTS:
         dataRow("not smallest", "@2H2+@1O2=@2H2O", 1, L{"@4H2+@2O2=@4H2O"}, "+0", "durch 2 teilen",
                 E);
         dataRow("charged substance in an equation", "@1C+@1O2=@1CO2", 1, L{"@1Na^++@1Cl^-=@1NaCl"},
-                "+0", "\"Na^+\" trägt eine Ladung", E);
+                "+0", "\"Na^+\" trägt eine Ladung", Emore);
         dataRow("three substances a side", "@1C+@1O2=@1CO2", 1, L{"@1C+@1O2+@1N2=@1CO2+@1N2"}, "+0",
                 "Die linke Seite hat 3 Stoffe", E);
         dataRow("missing coefficient", "@1C+@1O2=@1CO2", 1, L{"@1C+@O2=@1CO2"}, "+0",
@@ -252,6 +263,8 @@ private Q_SLOTS:
                 "nicht dieselbe Zusammensetzung", E);
         dataRow("charged substance", "LiCl", 1, L{"LiCl^+"}, "+0", "\"LiCl^+\" trägt eine Ladung",
                 E);
+        dataRow("unreadable substance formula", "LiCl", 1, L{"LiCl)"}, "+0",
+                "Die Formel \"LiCl)\" lässt sich nicht lesen", E);
         // The amount rule has its own rows; here only that its notes reach the report.
         dataRow("amount answer wrong", "Frage A", 2,
                 L{"Wie viel mol sind 28 g Eisen (Fe)? (auf zwei Nachkommastellen runden)", "2.00"},
@@ -263,7 +276,8 @@ private Q_SLOTS:
         QFETCH(QStringList, replacement);
         QFETCH(QString, where);
         QFETCH(QString, expected);
-        QFETCH(bool, isWarning);
+        QFETCH(int, kind);
+        const bool isWarning = kind & 1;
 
         QStringList lines = cleanBank();
         QCOMPARE(lines.count(anchor), 1);
@@ -297,6 +311,8 @@ private Q_SLOTS:
         QVERIFY2(found, qPrintable(QStringLiteral("expected at line %1: %2\n%3")
                                        .arg(line)
                                        .arg(expected, describe(report))));
+        if (kind >= 2)
+            QVERIFY2(report.findings.size() == 1, qPrintable(describe(report)));
         // Warnings are advice: only errors fail the check.
         QCOMPARE(report.exitCode(), report.errorCount() > 0 ? 1 : 0);
         if (!isWarning)
@@ -454,6 +470,156 @@ private Q_SLOTS:
         // Nearly every damage is noticed; a swap of two equal lines is not.
         QVERIFY(withNotes > runs * 8 / 10);
         qInfo("%d damaged banks checked, %d with notes, slowest %lld ms", runs, withNotes, worst);
+    }
+
+    void readsQuestions_data() {
+        // Masses with the formula to work out; stated molar masses, volumes and
+        // particles are read in the rows of judgesAnswers, whose notes quote them.
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("portion");
+        QTest::addColumn<QString>("formula");
+        QTest::addColumn<int>("decimals");
+        const QString two = QStringLiteral("? (auf zwei Nachkommastellen runden)");
+        dataRow("Masse mit Formel", "Wie viel mol sind 36,04 g Wasser (H2O)" + two, "36.04", "H2O",
+                2);
+        dataRow("Name mit Klammern", "Wie viel mol sind 75 g Eisen(III)-oxid (Fe2O3)" + two, "75",
+                "Fe2O3", 2);
+        dataRow(
+            "Formel mit Klammern",
+            "Wie viel mol sind 7,41 g Calciumhydroxid (Ca(OH)2)? (auf eine Nachkommastelle runden)",
+            "7.41", "Ca(OH)2", 1);
+        dataRow("Hydrat ohne Klammern", "Wie viel mol sind 250 g CuSO4·5H2O" + two, "250",
+                "CuSO4·5H2O", 2);
+        dataRow("ohne Formel", "Wie viel mol sind 10 g Gold" + two, "10", "Gold", 2);
+        dataRow("Stellen als Ziffer",
+                "Wie viel mol sind 10 g Gold? (auf 3 Nachkommastellen runden)", "10", "Gold", 3);
+    }
+    void readsQuestions() {
+        QFETCH(QString, question);
+        QFETCH(QString, portion);
+        QFETCH(QString, formula);
+        QFETCH(int, decimals);
+        const std::optional<AmountRules::Question> q = AmountRules::readQuestion(question);
+        QVERIFY(q && q->kind == Kind::Mass && !q->perMole);
+        QCOMPARE(q->portion.text(), portion);
+        QCOMPARE(q->formula, formula);
+        QCOMPARE(q->decimals.value_or(-1), decimals);
+        QVERIFY(!AmountRules::readQuestion(u"Wie viele Atome hat ein Wassermolekül?"));
+    }
+    void takesMassesAsStudentsDo_data() {
+        QTest::addColumn<int>("table");
+        QTest::addColumn<Masses>("masses");
+        QTest::addColumn<int>("taken");
+        dataRow("H eine Stelle", 101, Masses::OneDecimal, 100);
+        dataRow("Fe eine Stelle", 5585, Masses::OneDecimal, 5590);
+        dataRow("Cl eine Stelle", 3545, Masses::OneDecimal, 3550);
+        dataRow("H Schule", 101, Masses::School, 100);
+        dataRow("Mg Schule", 2431, Masses::School, 2400);
+        dataRow("Fe Schule", 5585, Masses::School, 5600);
+        dataRow("Cl Schule 35,5", 3545, Masses::School, 3550);
+        dataRow("Cu Schule 63,5", 6355, Masses::School, 6350);
+        dataRow("Zn Schule 65", 6538, Masses::School, 6500);
+        dataRow("Ni Schule 59", 5869, Masses::School, 5900);
+        dataRow("Hg Schule 200,5", 20059, Masses::School, 20050);
+        dataRow("Schule ab ,40 auf ,5", 2440, Masses::School, 2450);
+        dataRow("Schule bis ,60 auf ,5", 2460, Masses::School, 2450);
+        dataRow("Tabelle unverändert", 2431, Masses::Table, 2431);
+    }
+    void takesMassesAsStudentsDo() {
+        QFETCH(int, table);
+        QFETCH(Masses, masses);
+        QFETCH(int, taken);
+        QCOMPARE(AmountRules::elementMass(table, masses), taken);
+    }
+    void roundsHalfUpExactly_data() {
+        QTest::addColumn<Decimal>("portion");
+        QTest::addColumn<Decimal>("perMole");
+        QTest::addColumn<int>("decimals");
+        QTest::addColumn<qint64>("rounded"); // -1: out of range
+        dataRow("36,04 g Wasser", Decimal{3604, -2}, Decimal{1802, -2}, 2, qint64(200));
+        dataRow("genau auf der Hälfte", Decimal{1, 0}, Decimal{8, 0}, 2, qint64(13));
+        dataRow("0,555 ist 0,5550006", Decimal{100, 0}, Decimal{18018, -2}, 2, qint64(56));
+        dataRow("Gold", Decimal{10, 0}, Decimal{19697, -2}, 3, qint64(51));
+        dataRow("Volumen", Decimal{2, 0}, Decimal{224, -1}, 3, qint64(89));
+        dataRow("Teilchen", Decimal{9033, 19}, Decimal{6022, 20}, 2, qint64(15));
+        dataRow("zu groß", Decimal{1, 30}, Decimal{1, 0}, 2, qint64(-1));
+        dataRow("durch null", Decimal{1, 0}, Decimal{0, 0}, 2, qint64(-1));
+    }
+    void roundsHalfUpExactly() {
+        QFETCH(Decimal, portion);
+        QFETCH(Decimal, perMole);
+        QFETCH(int, decimals);
+        QFETCH(qint64, rounded);
+        QCOMPARE(AmountRules::roundedQuotient(portion, perMole, decimals).value_or(-1), rounded);
+    }
+    void judgesAnswers_data() {
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("note"); // "" none, else "E:" or "W:" and a piece of it
+        const QString two = QStringLiteral("? (auf zwei Nachkommastellen runden)");
+        const QString one = QStringLiteral("? (auf eine Nachkommastelle runden)");
+        const QString three = QStringLiteral("? (auf drei Nachkommastellen runden)");
+        // Right whichever masses the student uses.
+        dataRow("28 g Eisen", "Wie viel mol sind 28 g Eisen (Fe)" + two, "0.50", "");
+        dataRow("4 g Wasserstoff", "Wie viel mol sind 4 g Wasserstoff (H2)" + one, "2.0", "");
+        dataRow("Antwort ohne Nullen", "Wie viel mol sind 4 g Wasserstoff (H2)" + one, "2", "");
+        dataRow(
+            "Hydrat",
+            QStringLiteral("Wie viel mol sind 250 g Kupfer(II)-sulfat-Pentahydrat (CuSO4·5H2O)") +
+                two,
+            "1.00", "");
+        dataRow("ohne Formel nicht geprüft", "Wie viel mol sind 10 g Gold" + two, "0.07", "");
+        dataRow("genannte molare Masse",
+                "Wie viel mol sind 50 g Natriumchlorid (M = 58,44 g/mol)" + two, "0.86", "");
+        dataRow("Volumen", "Wie viel mol sind 2 l CO2 im Normzustand (22,4 l/mol)" + three, "0.089",
+                "");
+        dataRow("Teilchen",
+                QStringLiteral("Wie viel mol sind 6,022 · 10²² Natrium-Atome (6,022 · 10²³/mol)") +
+                    two,
+                "0.10", "");
+        // Right only with some masses.
+        dataRow("4,04 g Wasserstoff", "Wie viel mol sind 4,04 g Wasserstoff (H2)" + two, "2.00",
+                "W:auf eine Nachkommastelle 2.02 mol (M(H2) = 2 g/mol)");
+        dataRow("111,7 g Eisen", "Wie viel mol sind 111,7 g Eisen (Fe)" + two, "2.00",
+                "W:Schulwerten 1.99 mol (M(Fe) = 56 g/mol)");
+        dataRow("50 g Kochsalz", "Wie viel mol sind 50 g Natriumchlorid (NaCl)" + two, "0.86",
+                "W:elements.dat 0.86 mol (M(NaCl) = 58.44 g/mol)");
+        dataRow("100 g Glucose", "Wie viel mol sind 100 g Glucose (C6H12O6)" + three, "0.555",
+                "W:Schulwerten 0.556 mol");
+        // Wrong.
+        dataRow("falsche Masse-Antwort", "Wie viel mol sind 28 g Eisen (Fe)" + two, "0.55",
+                "E:ergibt auf 2 Nachkommastellen gerundet 0.50.");
+        dataRow("falsch bei genannter Masse",
+                "Wie viel mol sind 50 g Natriumchlorid (M = 58,5 g/mol)" + two, "0.86",
+                "E:50 g / 58.5 g/mol ergibt auf 2 Nachkommastellen gerundet 0.85.");
+        dataRow("falsches Volumen", "Wie viel mol sind 2 l CO2 im Normzustand (22,4 l/mol)" + three,
+                "0.09", "E:2 l / 22.4 l/mol ergibt auf 3 Nachkommastellen gerundet 0.089.");
+        dataRow("falsche Teilchen",
+                QStringLiteral("Wie viel mol sind 9,033 · 10²² Kupfer-Atome (6,022 · 10²³/mol)") +
+                    two,
+                "0.16",
+                "E:9.033e22 Teilchen / 6.022e23/mol ergibt auf 2 Nachkommastellen gerundet 0.15.");
+        dataRow("Antwort über 10^18 Einheiten", "Wie viel mol sind 0,1 g Eisen (Fe)" + two,
+                QStringLiteral("0 · 10¹⁷"), "E:gerundet 0.00.");
+        dataRow("Rundung aus der Antwort", "Wie viel mol sind 9 g Wasser (H2O)?", "0.4",
+                "E:auf eine Nachkommastelle gerundet 0.5.");
+    }
+    void judgesAnswers() {
+        QFETCH(QString, question);
+        QFETCH(QString, answer);
+        QFETCH(QString, note);
+        CheckContext ctx(u"", QStringLiteral("t.dat"), &m_elements);
+        AmountRules::checkAmount(ctx, 7, question, answer);
+        if (note.isEmpty()) {
+            QVERIFY2(ctx.findings.isEmpty(), qPrintable(ctx.findings.value(0).text));
+            return;
+        }
+        QCOMPARE(ctx.findings.size(), 1);
+        const CheckFinding& f = ctx.findings.first();
+        const bool warning = note.startsWith(QLatin1String("W:"));
+        QCOMPARE(f.severity, warning ? CheckSeverity::Warning : CheckSeverity::Error);
+        QCOMPARE(f.line, warning ? 7 : 8); // warnings on the question, errors on the answer
+        QVERIFY2(f.text.contains(note.mid(2)), qPrintable(f.text));
     }
 
 private:

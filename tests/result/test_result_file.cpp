@@ -5,14 +5,6 @@
 #include "result/ResultFile.h"
 #include "result/ResultRecord.h"
 
-#include <QDir>
-#include <QFile>
-#include <QJsonDocument>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QThread>
-#include <QtTest>
-
 #include <csignal>
 #include <sys/stat.h>
 #include <unistd.h>

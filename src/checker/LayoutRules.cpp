@@ -53,8 +53,6 @@ void LayoutRules::checkLayout(CheckContext& ctx) {
 }
 
 // Header lines are free text; only a "#" spoilt by blanks is worth a word,
-
-// Header lines are free text; only a "#" spoilt by blanks is worth a word,
 // because the teacher surely meant it to end the header.
 void LayoutRules::checkHeader(CheckContext& ctx, int s) {
     if (s > 0 && ctx.bank().layout[s - 1].endLine == 0)

@@ -29,6 +29,13 @@ void applyBeforeStart(int argc, char* argv[], QSizeF needed) {
     if (chosen) {
         factor = std::clamp(given, 1.0, kLargest);
     } else {
+        // Without a desktop the font is Qt's own, and there is nothing to
+        // follow; the probe below costs some 30 ms of the start.
+        const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+        if (platform.startsWith("offscreen") || platform.startsWith("minimal") ||
+            (!qEnvironmentVariableIsSet("XDG_CURRENT_DESKTOP") &&
+             !qEnvironmentVariableIsSet("QT_QPA_PLATFORMTHEME")))
+            return;
         // A short-lived application of its own asks the platform for the
         // desktop's font and screen; Qt takes its scale factor only when the
         // application object is made, so the real one comes afterwards. It

@@ -24,6 +24,8 @@ double forDesktop(double desktopTextPx, QSizeF available, QSizeF needed);
 // sets Qt's scale factor for the process. LABQUIZ_TEXT_SCALE chooses the
 // factor instead (1 turns the scaling off); a scale factor the user gave Qt
 // (QT_SCALE_FACTOR, QT_SCREEN_SCALE_FACTORS, QT_FONT_DPI) is left alone.
+// Without a desktop (no XDG_CURRENT_DESKTOP nor QT_QPA_PLATFORMTHEME) or on
+// Qt's offscreen platform nothing is read.
 // `needed` is the window's smallest size in logical pixels.
 void applyBeforeStart(int argc, char* argv[], QSizeF needed);
 

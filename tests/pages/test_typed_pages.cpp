@@ -196,6 +196,15 @@ private Q_SLOTS:
         for (int i = 0; i < names.size(); ++i)
             QVERIFY2(f.field(fields[i])->accessibleName().startsWith(names[i]),
                      qPrintable(fields[i]));
+        // No text lies under a field, where it could not be read.
+        for (const QString& name : fields) {
+            const QLineEdit* w = f.field(name);
+            const QRect box(w->mapTo(page, QPoint()), w->size());
+            for (const QLabel* l : shownFirst)
+                QVERIFY2(l->text().trimmed().isEmpty() ||
+                             !box.intersects(QRect(l->mapTo(page, QPoint()), l->size())),
+                         qPrintable(name + u' ' + l->text()));
+        }
         QCOMPARE(focusName(), fields.first());
         QVERIFY(f.enterWalk(fields));
         if (!tabs.isEmpty()) {

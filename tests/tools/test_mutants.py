@@ -80,6 +80,28 @@ class MutantsTool(unittest.TestCase):
             self.assertRegex(run.stdout, rf"\] {outcome} .*Sign.cpp:{line}: {re.escape(what)}")
         self.assertTreeClean()
 
+    def test_a_test_failing_by_chance_decides_nothing(self):
+        # A second test that fails every other run, whatever the program does.
+        counter = Path(self.tmp.name) / "runs"
+        (self.root / "flaky.cpp").write_text(
+            "#include <cstdio>\nint main() { int n = 0; FILE* f = std::fopen(\"%s\", \"r\");\n"
+            "if (f) { std::fscanf(f, \"%%d\", &n); std::fclose(f); }\n"
+            "f = std::fopen(\"%s\", \"w\"); std::fprintf(f, \"%%d\", n + 1); std::fclose(f);\n"
+            "return n %% 2; }\n" % (counter, counter))
+        with open(self.root / "CMakeLists.txt", "a") as cmake:
+            cmake.write("add_executable(flaky flaky.cpp)\nadd_test(NAME flaky COMMAND flaky)\n")
+        git = ["git", "-C", str(self.root), "-c", "user.name=t", "-c", "user.email=t@t"]
+        subprocess.run(git + ["add", "."], check=True)
+        subprocess.run(git + ["commit", "-qm", "flaky"], check=True)
+        listed = self.tool("--list", "--seed", "7").stdout
+        run = self.tool("--seed", "7")
+        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        self.assertIn("by chance", run.stdout)
+        for line, what in re.findall(r"^src/a/Sign.cpp:(\d+): (.*)$", listed, re.M):
+            outcome = "survived" if SURVIVES[(int(line), what)] else "caught"
+            self.assertRegex(run.stdout, rf"\] {outcome} .*Sign.cpp:{line}: {re.escape(what)}")
+        self.assertTreeClean()
+
     def test_puts_the_file_back_when_stopped_or_killed(self):
         for sig in (signal.SIGTERM, signal.SIGKILL):
             with self.subTest(sig=sig.name):

@@ -156,13 +156,6 @@ void DefinitionPage::draw() {
     QTimer::singleShot(0, this, [this] { fitLists(); });
 }
 
-int DefinitionPage::textSizeFor(const std::function<int(int)>& tallestAt, int room) {
-    for (int size : kTextSizes)
-        if (tallestAt(size) <= room)
-            return size;
-    return kTextSizes.back();
-}
-
 void DefinitionPage::fitLists() {
     if (QLayout* l = layout())
         l->activate();
@@ -183,8 +176,12 @@ void DefinitionPage::fitLists() {
         }
         return tallest;
     };
-    const int size = textSizeFor(tallestAt, room);
-    const bool fits = tallestAt(size) <= room;
+    // The largest text size at which the tallest list fits, else the smallest.
+    int tallest = 0;
+    for (int size : kTextSizes)
+        if ((tallest = tallestAt(size)) <= room)
+            break;
+    const bool fits = tallest <= room;
     for (ChoiceList* list : m_lists) {
         // A bank with longer definitions than the card holds scrolls rather
         // than cutting text.

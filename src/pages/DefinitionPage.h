@@ -42,10 +42,8 @@ public:
     // Different definition texts of the whole table.
     static int distinctDefinitions(const BankTable<DefinitionRecord>& table);
 
-    // Text sizes of the lists in pixels, largest first: the largest at which
-    // the tallest list fits the room is used, else the smallest.
+    // Text sizes of the lists in pixels, largest first.
     static constexpr std::array<int, 3> kTextSizes{13, 12, 11};
-    static int textSizeFor(const std::function<int(int)>& tallestAt, int room);
 
 protected:
     QList<Need> needs() const override;
